@@ -1,0 +1,79 @@
+# What every script at the top starts with: where the repository is, its packages, its build.
+# Sourced by bash, from any current directory.
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+build_folder=$root/build
+
+say() { printf '%s\n' "$*" >&2; }
+
+# The packages of the given kinds (see Scripts/packages) that this machine lacks; "a|b" means either.
+missing_packages() {
+    local kind package alternative
+    while read -r kind package; do
+        [[ " $* " == *" $kind "* ]] || continue
+        for alternative in ${package//|/ }; do
+            [[ $(dpkg-query -W -f='${db:Status-Status}' "$alternative" 2>/dev/null) == installed ]] && continue 2
+        done
+        printf '%s\n' "${package%%|*}"
+    done < <(grep -v '^#' "$root/Scripts/packages")
+}
+
+# Installs what is missing of the given kinds. Without apt it names the packages and goes on: the build tells.
+need_packages() {
+    local -a missing become_root=()
+    if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+        say "No apt here; if the build fails, install the likes of these Debian packages:" \
+            "$(grep -v '^#' "$root/Scripts/packages" | while read -r kind package; do
+                [[ " $* " == *" $kind "* ]] && printf '%s ' "$package"; done; true)"
+        return 0
+    fi
+    mapfile -t missing < <(missing_packages "$@")
+    ((${#missing[@]})) || return 0
+    say "Installing ${missing[*]}"
+    if ((EUID)); then
+        command -v sudo >/dev/null || { say "Please install them as root: apt-get install ${missing[*]}"; return 1; }
+        become_root=(sudo)
+    fi
+    local log
+    log=$(mktemp)
+    if ! { "${become_root[@]}" apt-get update &&
+        "${become_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1 </dev/null; then
+        cat "$log" >&2
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
+}
+
+# Configures (once) and builds the given targets, all of them if none is named; silent unless it fails.
+build() {
+    local log=$build_folder/build.log
+    # A build folder that came along with a moved or copied checkout is of no use to cmake.
+    if [[ -f $build_folder/CMakeCache.txt ]] &&
+        ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$build_folder/CMakeCache.txt"; then
+        rm -rf "$build_folder"
+    fi
+    if [[ ! -f $build_folder/Makefile ]]; then
+        say "Building Quelar, once"
+        rm -f "$build_folder/CMakeCache.txt"
+        mkdir -p "$build_folder"
+        cmake -S "$root" -B "$build_folder" -G "Unix Makefiles" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+    fi
+    cmake --build "$build_folder" -j "$(nproc)" ${1:+--target "$@"} >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+}
+
+# Starts a virtual screen of the given size (640x480 by default), sets DISPLAY to it and ends it with the script.
+virtual_display() {
+    local number
+    exec {display_pipe}<> <(:)
+    Xvfb -displayfd "$display_pipe" -screen 0 "${1:-640x480}x24" -nolisten tcp >/dev/null 2>&1 &
+    virtual_display_pid=$!
+    trap 'kill "$virtual_display_pid" 2>/dev/null || true' EXIT
+    if ! read -r -t 20 -u "$display_pipe" number; then
+        say "The virtual display did not start"
+        return 1
+    fi
+    export DISPLAY=:$number
+}
