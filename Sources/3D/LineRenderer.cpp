@@ -1,0 +1,57 @@
+#include "3D/LineRenderer.h"
+
+#include <iostream>
+
+#include <GL/glew.h>
+
+#include "3D/ColouredArrays.h"
+
+void LineRenderer::addLine(const Point& p1, const Point& p2) {
+    const unsigned int first = getNbPoints();
+    vertices.push_back(p1);
+    vertices.push_back(p2);
+    indices.push_back(first);
+    indices.push_back(first + 1);
+}
+
+void LineRenderer::addLines(const std::vector<Point>& points) {
+    auto end = points.end();
+    if (points.size() % 2 != 0) {
+        std::cout << "Warning: You are trying to add a odd number to the LineRenderer (last point truncated)"
+                  << std::endl;
+        --end;
+    }
+    const unsigned int first = getNbPoints();
+    vertices.insert(vertices.end(), points.begin(), end);
+    for (unsigned int i = first; i < getNbPoints(); ++i) {
+        indices.push_back(i);
+    }
+}
+
+void LineRenderer::addLines(const std::vector<Point>& points, std::vector<unsigned int> newIndices) {
+    const unsigned int first = getNbPoints();
+    vertices.insert(vertices.end(), points.begin(), points.end());
+    if (first == 0 && indices.empty()) {
+        indices.swap(newIndices); // the lattice, twice a frame: the list came as a copy, it need not be copied again
+        return;
+    }
+    for (unsigned int& index : newIndices) {
+        index += first;
+    }
+    indices.insert(indices.end(), newIndices.begin(), newIndices.end());
+}
+
+void LineRenderer::clear() {
+    vertices.clear();
+    indices.clear();
+}
+
+void LineRenderer::draw(unsigned int lineSize) const {
+    const ColouredArrays arrays = ColouredArrays::of(vertices.data());
+    glLineWidth(static_cast<float>(lineSize));
+    glDrawElements(GL_LINES, static_cast<GLsizei>(indices.size()), GL_UNSIGNED_INT, indices.data());
+}
+
+unsigned int LineRenderer::getNbPoints() const { return static_cast<unsigned int>(vertices.size()); }
+
+unsigned int LineRenderer::getNbIndices() const { return static_cast<unsigned int>(indices.size()); }

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <algorithm>
+
+#include <GL/glew.h>
+
+#include "Scenes/FilmedScene.h"
+
+/// A filmed scene with fountains in the six colours of the show, whose frame pulses on the bass.
+class FountainScene : public FilmedScene {
+protected:
+    static constexpr std::size_t CLUSTER = 6; ///< fountains at one place
+
+    using Offsets = std::array<float, CLUSTER>;
+
+    static const std::array<Colour4, CLUSTER> PALETTE;
+    static const Offsets OFFSETS; ///< phases of the fountains of a cluster, in radians
+
+    /// Adds a cluster of fountains, one of each colour, each a hundredth of a unit below the one before.
+    template <typename Particules>
+    static void addCluster(std::vector<Particules*>& parts, const Vector3f& position,
+                           const Offsets& offsets = OFFSETS) {
+        for (std::size_t k = 0; k < CLUSTER; ++k) {
+            const auto height = static_cast<float>(position.y - 0.01 * static_cast<double>(k));
+            parts.push_back(new Particules({position.x, height, position.z}, PALETTE[k], CAPACITY, offsets[k]));
+        }
+    }
+
+    /// Draws lists of fountains, their light added to what is there.
+    template <typename... Lists>
+    static void drawFountains(const Lists&... lists) {
+        glDisable(GL_DEPTH_TEST);
+        glEnable(GL_BLEND);
+        glBlendFunc(GL_SRC_ALPHA, GL_ONE);
+        (drawAll(lists), ...);
+        glDisable(GL_BLEND);
+        glEnable(GL_DEPTH_TEST);
+    }
+
+    // One step of a list of objects, all of them drawn, or their end.
+    template <typename Object>
+    static void updateAll(const std::vector<Object*>& objects) {
+        std::for_each(objects.begin(), objects.end(), [](Object* pObject) { pObject->update(); });
+    }
+    template <typename Object>
+    static void drawAll(const std::vector<Object*>& objects) {
+        std::for_each(objects.begin(), objects.end(), [](const Object* pObject) { pObject->draw(); });
+    }
+    template <typename Object>
+    static void deleteAll(const std::vector<Object*>& objects) {
+        std::for_each(objects.begin(), objects.end(), [](const Object* pObject) { delete pObject; });
+    }
+
+    /// Goes on with the move. When it has ended the time base moves on by its duration to that of the next move;
+    /// false when it was the last.
+    bool playMove(std::uint32_t& startTime, unsigned int time);
+
+    /// Fades in and out over the current move.
+    void fadeOverMove(std::uint32_t startTime, unsigned int time);
+
+private:
+    static const unsigned int CAPACITY = 500; ///< of a fountain, more than ever live
+};

@@ -1,0 +1,54 @@
+#include "Scenes/SceneSad.h"
+
+namespace {
+const unsigned int SHOT_TIME = 2820;     // ms
+const unsigned int FADE_OUT_TIME = 2250; // ms, at the end of a shot
+
+struct Title {
+    Vector3f position;
+    std::string text;
+    float scale;
+};
+
+/// One a shot.
+const std::vector<Title>& titles() {
+    static const std::vector<Title> all = {
+        {{36, 1, 36}, "Olmbrex", 0.3f},
+        {{42, 1, 36}, "Presents", 0.3f},
+        {{42, 1, 42}, "A new demo", 0.3f},
+        {{36, 1, 42}, "Quelar", 0.4f},
+    };
+    return all;
+}
+} // namespace
+
+SceneSad::SceneSad() : WritingScene(Colour4(0.7f, 0, 0, 0.7f)) {
+    addMove({38, 4, 34}, {34, 4, 34}, {36, 0, 37}, {34, 0, 36}, SHOT_TIME);
+    addMove({44, 4, 34}, {41, 4, 34}, {38, 0, 37}, {41, 0, 36}, SHOT_TIME);
+    addMove({44, 5, 40}, {41, 5, 41}, {38, 0, 39}, {41, 0, 43}, SHOT_TIME);
+    addMove({34, 5, 40}, {38, 5, 43}, {36, 0, 42}, {34, 0, 42}, SHOT_TIME);
+}
+
+void SceneSad::draw(Window* /*pWindow*/) {
+    if (step < titles().size()) {
+        const Title& title = titles()[step];
+        f.drawText(title.position, title.text, title.scale);
+    }
+}
+
+bool SceneSad::update(const Camera& /*camera*/, Grid* /*pGrid*/, Music* /*pMusic*/, unsigned int time) {
+    if (startTime == 0) {
+        startTime = time;
+    }
+    const bool playing = playMove(time);
+    step = currentCam;
+    if (!playing) {
+        return false;
+    }
+    // On the scene's own clock: a shot starts a frame late, the fades do not wait for it.
+    const unsigned int camTime = (time - startTime) % SHOT_TIME;
+    if (!fadeIn(camTime) && camTime > SHOT_TIME - FADE_OUT_TIME) {
+        fadeValue = static_cast<float>(SHOT_TIME - camTime) / FADE_OUT_TIME;
+    }
+    return true;
+}

@@ -1,0 +1,8 @@
+#include "Scenes/WritingScene.h"
+
+bool WritingScene::playMove(unsigned int time) {
+    if (!camera().update(time)) {
+        ++currentCam;
+    }
+    return hasMove();
+}
