@@ -1,0 +1,28 @@
+#pragma once
+
+#include <exception>
+
+#include "fmod_errors.h"
+
+namespace fmodex {
+
+// Why an operation cannot be done. Thrown inside the layer, and turned into a result at its surface.
+class Error : public std::exception {
+public:
+    explicit Error(FMOD_RESULT result) : result_(result) {}
+
+    FMOD_RESULT result() const { return result_; }
+    const char* what() const noexcept override { return FMOD_ErrorString(result_); }
+
+private:
+    FMOD_RESULT result_;
+};
+
+// Throws unless a condition holds.
+inline void require(bool condition, FMOD_RESULT otherwise = FMOD_ERR_ARGUMENT) {
+    if (!condition) {
+        throw Error(otherwise);
+    }
+}
+
+} // namespace fmodex

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <AL/alc.h>
+
+#include <condition_variable>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "Channel.h"
+#include "Voice.h"
+
+namespace fmodex {
+
+// The sound device, and the thread that keeps it supplied.
+class Output {
+public:
+    // Returns null when the machine has no device.
+    static std::unique_ptr<Output> open();
+
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+    ~Output();
+
+    // Plays a channel until it is over. When the device is gone, or goes later, the channel is made to leave
+    // it.
+    void play(const std::shared_ptr<Channel>& channel);
+
+private:
+    struct CloseDevice {
+        void operator()(ALCdevice* device) const { alcCloseDevice(device); }
+    };
+    struct DestroyContext {
+        void operator()(ALCcontext* context) const { alcDestroyContext(context); }
+    };
+    using Device = std::unique_ptr<ALCdevice, CloseDevice>;
+    using Context = std::unique_ptr<ALCcontext, DestroyContext>;
+
+    Output(Device device, Context context);
+    void supply();
+    void welcome(const std::vector<std::shared_ptr<Channel>>& channels);
+    bool connected() const;
+
+    Device device_;
+    Context context_;
+
+    std::mutex mutex_;
+    std::condition_variable closed_;
+    bool closing_ = false;
+    bool lost_ = false;
+    std::vector<std::shared_ptr<Channel>> waiting_; // new channels
+
+    std::list<Voice> voices_; // the thread's own
+    std::thread thread_;
+};
+
+} // namespace fmodex

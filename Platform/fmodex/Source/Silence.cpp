@@ -1,0 +1,29 @@
+#include "Silence.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace fmodex {
+
+Silence::Silence() : standardError_(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
+    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (standardError_ >= 0 && nowhere >= 0) {
+        std::fflush(stderr);
+        ::dup2(nowhere, STDERR_FILENO);
+    }
+    if (nowhere >= 0) {
+        ::close(nowhere);
+    }
+}
+
+Silence::~Silence() {
+    if (standardError_ >= 0) {
+        std::fflush(stderr);
+        ::dup2(standardError_, STDERR_FILENO);
+        ::close(standardError_);
+    }
+}
+
+} // namespace fmodex

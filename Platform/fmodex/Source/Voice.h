@@ -1,0 +1,50 @@
+#pragma once
+
+#include <AL/al.h>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "Channel.h"
+
+namespace fmodex {
+
+// A channel on the sound device: hands it the track in portions and tells the channel where it is. To be used
+// by one thread, in the context of the device.
+class Voice {
+public:
+    // Throws FMOD_ERR_MEMORY when the device takes no more voices.
+    explicit Voice(std::shared_ptr<Channel> channel);
+    Voice(const Voice&) = delete;
+    Voice& operator=(const Voice&) = delete;
+    ~Voice();
+
+    // To be called some 200 times a second. Returns false when the channel is over.
+    bool update();
+
+    Channel& channel() { return *channel_; }
+
+private:
+    // A third of a second at 44100 Hz, which bridges any delay of the thread.
+    static constexpr int portions = 4;
+    static constexpr std::int64_t portionFrames = 4096;
+
+    void go(const Channel::Order& order);
+    void takeBack();
+    void hand();
+    void report();
+
+    const std::shared_ptr<Channel> channel_;
+    const Track& track_;
+    std::uint64_t jumps_ = 0;
+    std::int64_t first_ = 0; // the first frame that the device holds
+    std::int64_t next_ = 0;  // the first that it has not been handed
+    ALuint source_ = 0;
+    std::array<ALuint, portions> buffers_{};
+    std::vector<ALuint> free_; // those buffers that are not on the device
+    std::vector<Frame> portion_;
+};
+
+} // namespace fmodex
