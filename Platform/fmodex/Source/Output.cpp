@@ -82,6 +82,11 @@ void Output::supply() {
         welcome(added);
         voices_.remove_if([](Voice& voice) { return !voice.update(); });
         const bool goesOn = connected();
+        if (goesOn) {
+            for (Voice& voice : voices_) {
+                voice.report();
+            }
+        }
         lock.lock();
         lost_ = !goesOn;
         closed_.wait_for(lock, std::chrono::milliseconds(5), [this] { return closing_ || lost_; });

@@ -61,7 +61,7 @@ bool Voice::update() {
         }
         alSourcePlay(source_);
     }
-    report();
+    measure();
     return true;
 }
 
@@ -104,13 +104,20 @@ void Voice::hand() {
     }
 }
 
-void Voice::report() {
+void Voice::measure() {
     // The frame being mixed, in units of 2^-32, and the nanoseconds until it is heard.
     std::array<ALint64SOFT, 2> mixed{};
     alGetSourcei64vSOFT(source_, AL_SAMPLE_OFFSET_LATENCY_SOFT, mixed.data());
     const double frame = static_cast<double>(first_) + static_cast<double>(mixed[0]) / 4294967296.0;
     const double microseconds = frame * 1e6 / static_cast<double>(track_.rate());
-    channel_->follow(static_cast<std::int64_t>(microseconds) - mixed[1] / 1000, jumps_);
+    heard_ = static_cast<std::int64_t>(microseconds) - mixed[1] / 1000;
+    measured_ = true;
+}
+
+void Voice::report() {
+    if (measured_) {
+        channel_->follow(heard_, jumps_);
+    }
 }
 
 } // namespace fmodex

@@ -24,6 +24,10 @@ public:
     // To be called some 200 times a second. Returns false when the channel is over.
     bool update();
 
+    // Tells the channel where update found it. Not to be done when the device has been lost meanwhile, for
+    // then it was not there.
+    void report();
+
     Channel& channel() { return *channel_; }
 
 private:
@@ -34,13 +38,15 @@ private:
     void go(const Channel::Order& order);
     void takeBack();
     void hand();
-    void report();
+    void measure();
 
     const std::shared_ptr<Channel> channel_;
     const Track& track_;
     std::uint64_t jumps_ = 0;
     std::int64_t first_ = 0; // the first frame that the device holds
     std::int64_t next_ = 0;  // the first that it has not been handed
+    bool measured_ = false;
+    std::int64_t heard_ = 0; // if measured, in microseconds
     ALuint source_ = 0;
     std::array<ALuint, portions> buffers_{};
     std::vector<ALuint> free_; // those buffers that are not on the device
