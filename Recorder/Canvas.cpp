@@ -1,0 +1,84 @@
+#include "Canvas.h"
+
+#include <GL/glew.h>
+
+#include <EGL/eglext.h>
+
+#include <array>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace recorder {
+
+namespace {
+
+EGLDisplay openDisplay() {
+    // The same picture on every machine, whatever card it has. A user who knows better sets it to 0.
+    setenv("LIBGL_ALWAYS_SOFTWARE", "1", 0);
+    const auto getDisplay =
+        reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(eglGetProcAddress("eglGetPlatformDisplayEXT"));
+    EGLDisplay display = EGL_NO_DISPLAY;
+    if (getDisplay != nullptr) {
+        display = getDisplay(EGL_PLATFORM_SURFACELESS_MESA, nullptr, nullptr);
+    }
+    if (display == EGL_NO_DISPLAY || eglInitialize(display, nullptr, nullptr) == EGL_FALSE) {
+        throw std::runtime_error(
+            "software OpenGL without a screen is not available: is libgl1-mesa-dri there?");
+    }
+    return display;
+}
+
+} // namespace
+
+Canvas::Canvas(const FrameSize& size) : size(size), display(openDisplay()) {
+    constexpr std::array<EGLint, 15> PIXELS = {EGL_SURFACE_TYPE,
+                                               EGL_PBUFFER_BIT,
+                                               EGL_RENDERABLE_TYPE,
+                                               EGL_OPENGL_BIT,
+                                               EGL_RED_SIZE,
+                                               8,
+                                               EGL_GREEN_SIZE,
+                                               8,
+                                               EGL_BLUE_SIZE,
+                                               8,
+                                               EGL_ALPHA_SIZE,
+                                               8,
+                                               EGL_DEPTH_SIZE,
+                                               24,
+                                               EGL_NONE};
+    const std::array<EGLint, 5> extent = {EGL_WIDTH, static_cast<EGLint>(size.width), EGL_HEIGHT,
+                                          static_cast<EGLint>(size.height), EGL_NONE};
+    EGLConfig config = nullptr;
+    EGLint found = 0;
+    if (eglBindAPI(EGL_OPENGL_API) == EGL_TRUE &&
+        eglChooseConfig(display, PIXELS.data(), &config, 1, &found) == EGL_TRUE && found == 1) {
+        surface = eglCreatePbufferSurface(display, config, extent.data());
+        context = eglCreateContext(display, config, EGL_NO_CONTEXT, nullptr);
+    }
+    if (surface == EGL_NO_SURFACE || context == EGL_NO_CONTEXT ||
+        eglMakeCurrent(display, surface, surface, context) == EGL_FALSE) {
+        eglTerminate(display);
+        throw std::runtime_error("software OpenGL can't make a picture of " + size.text());
+    }
+    // A surface off screen is read from its front by default, while the show draws to the back.
+    glReadBuffer(GL_BACK);
+}
+
+Canvas::~Canvas() {
+    eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    eglTerminate(display);
+}
+
+void Canvas::read(unsigned char* pixels) const {
+    glReadPixels(0, 0, static_cast<GLsizei>(size.width), static_cast<GLsizei>(size.height), GL_BGRA,
+                 GL_UNSIGNED_BYTE, pixels);
+}
+
+void Canvas::setDrawing(bool on) {
+    if (on != drawing) {
+        (on ? glDisable : glEnable)(GL_RASTERIZER_DISCARD);
+        drawing = on;
+    }
+}
+
+} // namespace recorder

@@ -1,0 +1,100 @@
+#include "ContactSheet.h"
+
+#include "describe.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <stdexcept>
+#include <vector>
+
+namespace recorder {
+
+namespace {
+
+constexpr std::uintmax_t MOST_BYTES = 400000;
+
+using Arguments = std::vector<std::string>;
+
+// Ways to write the sheet, the best looking first, each smaller than the one before.
+std::vector<Arguments> waysToWrite(bool asPng) {
+    std::vector<Arguments> ways;
+    if (asPng) {
+        ways.push_back({"-c:v", "png"});
+        for (const char* const scale : {"1", "3/4", "1/2", "1/4"}) {
+            ways.push_back({"-vf",
+                            std::string("scale=iw*") + scale +
+                                ":-1:flags=area,split[a][b];[a]palettegen[p];[b][p]paletteuse",
+                            "-c:v", "png"});
+        }
+    } else {
+        for (const char* const quality : {"2", "4", "7", "12", "20", "31"}) {
+            ways.push_back({"-c:v", "mjpeg", "-pix_fmt", "yuvj444p", "-q:v", quality});
+        }
+    }
+    return ways;
+}
+
+} // namespace
+
+ContactSheet::ContactSheet(const std::string& file, const std::string& folder)
+    : draft(file), workingCopy(folder + "/sheet.png") {
+    for (std::size_t i = 0; i < COUNT; ++i) {
+        const std::size_t scene = i / PER_SCENE;
+        const unsigned int length = SCENE_STARTS[scene + 1] - SCENE_STARTS[scene];
+        // Spread evenly and away from the scene's ends, where it may be dark.
+        const auto step = static_cast<unsigned int>(2 * (i % PER_SCENE) + 1);
+        frames[i] = frameAt(SCENE_STARTS[scene] + length * step / (2 * PER_SCENE));
+    }
+}
+
+void ContactSheet::open(const FrameSize& size) {
+    const std::string grid = std::to_string(PER_SCENE) + "x" + std::to_string(COUNT / PER_SCENE);
+    Arguments arguments = frameInput(size);
+    const std::initializer_list<std::string> output = {
+        "-vf",
+        "vflip,scale='min(320,iw)':-1:flags=area,tile=" + grid + ":margin=4:padding=4:color=0x202020",
+        "-frames:v",
+        "1",
+        "-pix_fmt",
+        "rgb24",
+        "-c:v",
+        "png",
+        "-f",
+        "image2pipe",
+        "file:" + workingCopy};
+    arguments.insert(arguments.end(), output);
+    encoder = std::make_unique<Encoder>(arguments);
+}
+
+bool ContactSheet::wants(unsigned int frame) const {
+    return std::binary_search(frames.begin(), frames.end(), frame);
+}
+
+void ContactSheet::take(const Frame& frame) {
+    encoder->write(frame.pixels);
+    ++taken;
+}
+
+std::string ContactSheet::finish() {
+    if (taken < COUNT) {
+        return "";
+    }
+    encoder->finish();
+    const std::string& target = draft.getTarget();
+    const bool asPng = target.compare(target.size() - 4, 4, ".png") == 0;
+    for (const Arguments& way : waysToWrite(asPng)) {
+        Arguments arguments = {"-nostdin", "-loglevel",          "error", "-xerror", "-y",
+                               "-i",       "file:" + workingCopy};
+        arguments.insert(arguments.end(), way.begin(), way.end());
+        arguments.insert(arguments.end(), {"-f", "image2pipe", "file:" + draft.getDraft()});
+        Encoder(arguments).finish();
+        const auto bytes = std::filesystem::file_size(draft.getDraft());
+        if (bytes < MOST_BYTES) {
+            draft.publish();
+            return std::to_string(taken) + " pictures in " + getName() + " (" + describeBytes(bytes) + ")";
+        }
+    }
+    throw std::runtime_error(getName() + " would be larger than 400 KB");
+}
+
+} // namespace recorder

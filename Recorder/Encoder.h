@@ -1,0 +1,40 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace recorder {
+
+// One run of FFmpeg, fed through a pipe on its standard input. It runs in a process group of its own, so that
+// Ctrl-C reaches us alone and the file still gets its end. Owned by whoever feeds it; one thread at a time.
+class Encoder {
+public:
+    static bool isInstalled();
+
+    // Starts it with these arguments. Every failure from here on is a std::runtime_error with one line.
+    explicit Encoder(const std::vector<std::string>& arguments);
+    // An encoder that wasn't finished is killed: nobody wants its file.
+    ~Encoder();
+    Encoder(const Encoder&) = delete;
+    Encoder& operator=(const Encoder&) = delete;
+
+    void write(const std::vector<unsigned char>& bytes);
+
+    // Ends the input and waits until all is written.
+    void finish();
+
+private:
+    void wait();
+
+    pid_t process = -1;
+    int input = -1;
+    int log = -1; // what FFmpeg has to say, in memory
+};
+
+// How FFmpeg is told about frames of this size coming on its standard input.
+std::vector<std::string> frameInput(const struct FrameSize& size);
+
+} // namespace recorder

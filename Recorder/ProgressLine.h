@@ -1,0 +1,29 @@
+#pragma once
+
+#include <chrono>
+
+namespace recorder {
+
+// How far the recording is, on one line of standard error that is written over and over; nothing at all where
+// standard error is not a terminal.
+class ProgressLine {
+public:
+    explicit ProgressLine(unsigned int lastFrame);
+
+    // To be told after each frame of the show, whether it was recorded or passed over.
+    void update(unsigned int frame);
+    void clear();
+
+    unsigned int getLastFrame() const { return lastFrame; }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    bool visible;
+    unsigned int lastFrame;
+    unsigned int shownFrame = 0; // when the line was last written
+    Clock::time_point shownTime = Clock::now();
+    double framesPerSecond = 0.0;
+};
+
+} // namespace recorder

@@ -1,0 +1,212 @@
+#include "Recorder.h"
+
+#include "ContactSheet.h"
+#include "Encoder.h"
+#include "RawStream.h"
+#include "StillPicture.h"
+#include "StopRequest.h"
+#include "Timeline.h"
+#include "VideoFile.h"
+
+#include <fmod_clock.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstdio>
+#include <filesystem>
+#include <stdexcept>
+
+namespace recorder {
+
+namespace {
+
+Recorder* recording = nullptr;
+
+// Enough to even out frames that are slow to draw or to encode; a large one is 32 MB.
+constexpr std::size_t QUEUE_SLOTS = 4;
+
+constexpr int FAILED = 1;
+constexpr int STOPPED_BY_SIGNAL = 128;
+
+void say(const std::string& line) {
+    std::fprintf(stderr, "quelar-record: %s\n", line.c_str());
+}
+
+unsigned long long soundClock() {
+    return 1000ULL * Recorder::current().getTicks();
+}
+
+std::string findTrack(const StageFolder& stage) {
+    const std::filesystem::path track = stage.getPath() / "data/music/quelar.mp3";
+    if (std::filesystem::exists(track)) {
+        return track.string();
+    }
+    say("data/music/quelar.mp3 is missing: the video is silent");
+    return "";
+}
+
+} // namespace
+
+Recorder::Recorder(const Options& options)
+    : stage(options.dataFolder, options.size, options.seed), progress(0) {
+    const bool toStandardOutput = options.video == "-";
+    if (!toStandardOutput || !options.stills.empty() || !options.contactSheet.empty()) {
+        if (!Encoder::isInstalled()) {
+            throw std::runtime_error("ffmpeg is not installed; it writes the files");
+        }
+    }
+    const unsigned int end = options.to ? firstFrameFrom(*options.to) : UINT_MAX;
+    const FrameRange range{firstFrameFrom(options.from), end - 1};
+    if (toStandardOutput) {
+        sinks.push_back(std::make_unique<RawStream>(range));
+    } else if (!options.video.empty()) {
+        sinks.push_back(std::make_unique<VideoFile>(options.video, range, findTrack(stage)));
+    }
+    for (const StillRequest& still : options.stills) {
+        sinks.push_back(std::make_unique<StillPicture>(still.file, frameAt(still.time)));
+    }
+    if (!options.contactSheet.empty()) {
+        sinks.push_back(std::make_unique<ContactSheet>(options.contactSheet, stage.getPath().string()));
+    }
+    for (const auto& sink : sinks) {
+        lastFrame = std::max(lastFrame, sink->getLastFrame());
+    }
+    progress = ProgressLine(std::min(lastFrame, frameAt(SHOW_MS) - 1));
+    recording = this;
+}
+
+Recorder::~Recorder() {
+    stopWriting();
+    recording = nullptr;
+}
+
+Recorder& Recorder::current() {
+    return *recording;
+}
+
+int Recorder::run(const std::function<int()>& show) {
+    StopRequest::listen();
+    FMOD_Clock_Set(soundClock);
+    const std::filesystem::path home = std::filesystem::current_path();
+    std::filesystem::current_path(stage.getPath());
+    const int status = show();
+    std::filesystem::current_path(home);
+    progress.clear();
+    stopWriting();
+    if (status != 0) {
+        if (failed) {
+            say(failure);
+        }
+        return status;
+    }
+    return finish();
+}
+
+void Recorder::openWindow(const FrameSize& size) {
+    try {
+        if (canvas != nullptr) {
+            throw std::runtime_error("the size of a recording can't change");
+        }
+        canvas = std::make_unique<Canvas>(size);
+        for (const auto& sink : sinks) {
+            sink->open(size);
+        }
+        canvas->setDrawing(wanted(frame));
+        queue = std::make_unique<FrameQueue>(QUEUE_SLOTS, size.bytes());
+        writer = std::thread(&Recorder::writeFrames, this);
+    } catch (const std::runtime_error& error) {
+        fail(error.what());
+        throw;
+    }
+}
+
+void Recorder::closeWindow() {
+    canvas.reset();
+}
+
+void Recorder::showFrame() {
+    if (wanted(frame)) {
+        Frame& slot = queue->beginFill();
+        slot.number = frame;
+        canvas->read(slot.pixels.data());
+        queue->endFill();
+    }
+    if (frame >= progress.getLastFrame()) {
+        // The show's own closing lines follow.
+        progress.clear();
+    } else {
+        progress.update(frame);
+    }
+    ++frame;
+    canvas->setDrawing(wanted(frame));
+}
+
+bool Recorder::wantsEscape() const {
+    return frame > lastFrame || failed || StopRequest::getSignal() != 0;
+}
+
+bool Recorder::wanted(unsigned int number) const {
+    return std::any_of(sinks.begin(), sinks.end(), [&](const auto& sink) { return sink->wants(number); });
+}
+
+void Recorder::writeFrames() {
+    while (const Frame* const next = queue->beginTake()) {
+        // After a failure the rest only passes through, so that the show gets to its end.
+        if (!failed) {
+            try {
+                for (const auto& sink : sinks) {
+                    if (sink->wants(next->number)) {
+                        sink->take(*next);
+                    }
+                }
+            } catch (const std::runtime_error& error) {
+                fail(error.what());
+            }
+        }
+        queue->endTake();
+    }
+}
+
+void Recorder::stopWriting() {
+    if (writer.joinable()) {
+        queue->close();
+        writer.join();
+    }
+}
+
+void Recorder::fail(const std::string& reason) {
+    failure = reason;
+    failed = true;
+}
+
+int Recorder::finish() {
+    const int signal = StopRequest::getSignal();
+    bool anything = false;
+    for (const auto& sink : sinks) {
+        if (failed) {
+            break;
+        }
+        try {
+            const std::string summary = sink->finish();
+            if (!summary.empty()) {
+                say(summary);
+                anything = true;
+            } else if (signal == 0) {
+                fail("the show ended before there was anything for " + sink->getName());
+            }
+        } catch (const std::runtime_error& error) {
+            fail(error.what());
+        }
+    }
+    if (failed) {
+        say(failure);
+        return FAILED;
+    }
+    if (signal != 0) {
+        say(anything ? "stopped early" : "stopped before there was anything to keep");
+        return STOPPED_BY_SIGNAL + signal;
+    }
+    return 0;
+}
+
+} // namespace recorder

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "FrameSize.h"
+#include "Timeline.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+namespace recorder {
+
+// Texts for the summary lines: "6880 frames, 103.20 s of 640x480", "24.1 MB".
+inline std::string describeFrames(unsigned int frames, const FrameSize& size) {
+    const unsigned int hundredths = frames * FRAME_MS / 10;
+    const std::string cents = std::to_string(100 + hundredths % 100).substr(1);
+    return std::to_string(frames) + " frames, " + std::to_string(hundredths / 100) + "." + cents + " s of " +
+           size.text();
+}
+
+inline std::string describeBytes(std::uintmax_t bytes) {
+    const std::uintmax_t tenths = bytes / 100000;
+    return tenths == 0 ? std::to_string((bytes + 999) / 1000) + " KB"
+                       : std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " MB";
+}
+
+} // namespace recorder
