@@ -32,8 +32,8 @@ gaEchoR  init 0
 gaSlowL  init 0
 gaSlowR  init 0
 
-gkKicked init 0    ; a kick was struck in this pass
-gkDuck   init 0    ; 1 at a kick, falling to 0
+gkStruck init 0    ; how hard a kick or snare was struck in this pass, up to 1
+gkDuck   init 0    ; follows the strokes and falls to 0 after each
 gkDepth  init 0.5  ; how far the music steps back for a kick
 gkOpen   init 0.3  ; how far the filters of pads and arpeggios are open, 0 to 1
 
@@ -95,6 +95,14 @@ opcode Drums, 0, aai
   gaDrumsR += aright
   gaHallL += aleft * ihall
   gaHallR += aright * ihall
+endop
+
+; Tells the desk, once, that a drum was struck for which the music steps back.
+opcode Strikes, 0, i
+  ihow xin
+  if timeinstk() == 1 then
+    gkStruck = max(gkStruck, ihow)
+  endif
 endop
 
 ; ------------------------------------------------------------------------------------------------ players
@@ -206,7 +214,7 @@ endin
 instr Kick
   ilong = p6 + 0.16
   p3 = ilong
-  gkKicked = 1
+  Strikes 1
   kdrop expseg 4.2, 0.012, 1.25, 0.02, 1, 1, 1
   apunch oscili linseg:a(0, 0.001, 1, p6, 0.8, p6 * 0.6, 0, 1, 0), p5 * kdrop
   atail oscili linseg:a(0, p6, 0.2, ilong - p6 - 0.01, 0, 1, 0), p5 * 0.55
@@ -219,10 +227,11 @@ endin
 ; Snare: p5 the shell's pitch, p6 how long the wires rattle.
 instr Snare
   p3 = p6 + 0.25
+  Strikes min(0.65, p4 * 1.2)
   kdrop expseg 1.5, 0.02, 1, 1, 1
   ashell oscili expseg:a(1, 0.05, 0.05, 0.1, 0.001, 1, 0.001), p5 * kdrop
   ashell2 oscili expseg:a(0.6, 0.04, 0.05, 0.1, 0.001, 1, 0.001), p5 * 1.58 * kdrop
-  aenv expseg 1, p6 * 0.3, 0.3, p6, 0.01, 0.2, 0.0001
+  aenv expseg 1, p6 * 0.5, 0.4, p6, 0.02, 0.2, 0.0001
   aleft noise 1, 0
   aright noise 1, 0
   acentre noise 1, 0
@@ -231,8 +240,8 @@ instr Snare
   aleft butterlp aleft, 11000
   aright butterlp aright, 11000
   askin butterbp noise(1, 0) * expseg:a(1, 0.06, 0.05, 0.1, 0.001, 1, 0.001), 520, 480
-  ashells = (ashell + ashell2) * 0.38 + askin * 1.2
-  Drums (tanh(aleft * 0.6) * 0.62 + ashells) * p4, (tanh(aright * 0.6) * 0.62 + ashells) * p4, 0.16
+  ashells = (ashell + ashell2) * 0.5 + tanh(askin * 3.5) * 0.6
+  Drums (tanh(aleft * 1.5) * 0.6 + ashells) * p4, (tanh(aright * 1.5) * 0.6 + ashells) * p4, 0.2
 endin
 
 ; Clap: four hands, never quite together.
@@ -243,17 +252,17 @@ instr Clap
   aright butterbp noise(1, 0) * ahands, 1700, 1500
   aleft butterhp aleft, 500
   aright butterhp aright, 500
-  Drums aleft * p4, aright * p4, 0.3
+  Drums tanh(aleft * 2.4) * p4, tanh(aright * 2.4) * p4, 0.24
 endin
 
 ; Hat: noise with a little metal in it. p5 places it, p6 is short for closed and long for open.
 instr Hat
   p3 = p6 + 0.05
   aenv expseg 1, p6, 0.004, 0.05, 0.0001
-  ametal = vco2:a(0.25, 3170, 10) * vco2:a(1, 5417, 10) + vco2:a(0.2, 4243, 10)
-  ahat butterhp (noise(0.8, 0) + ametal * 0.5) * aenv, 7200
+  ametal = vco2:a(0.25, 3170 + 40 * p5, 10) * vco2:a(1, 5417, 10) + vco2:a(0.2, 4243, 10)
+  ahat butterhp (noise(0.85, 0) + ametal * 0.2) * aenv, 7200
   ahat butterlp ahat, 14500
-  al, ar Place ahat, p5
+  al, ar Place ahat * 2.6, p5
   Drums al * p4, ar * p4, 0.05
 endin
 
@@ -277,14 +286,14 @@ instr Crash
   aright butterhp noise(1, 0) * aenv, 2900 + 1200 * p5
   aleft butterlp aleft, kcut
   aright butterlp aright, kcut
-  Drums aleft * p4, aright * p4, 0.3
+  Drums aleft * p4 * 1.7, aright * p4 * 1.7, 0.2
 endin
 
 ; Impact: the hit under a cut. A short low knock at p5, a noise slap, and a hall full of both.
 ; p6 is the length of the low end.
 instr Impact
   p3 = p6 * 3 + 0.3
-  gkKicked = 1
+  Strikes 1
   kdrop expseg 2.6, 0.03, 1.1, p6, 0.85, 1, 0.85
   alow oscili expseg:a(1, p6, 0.25, p6 * 2, 0.001, 1, 0.001), p5 * kdrop
   aslap noise expseg:a(1, 0.05, 0.12, 0.2, 0.001, 1, 0.001), 0
@@ -303,8 +312,8 @@ instr Riser
   aleft butterbp noise(1, 0), kband, kband * 0.6
   aright butterbp noise(1, 0), kband * 1.06, kband * 0.6
   kshake = 0.75 + 0.25 * lfo(1, 4 + 12 * kamp, 1)
-  aleft *= kamp * kshake * p4
-  aright *= kamp * kshake * p4
+  aleft *= kamp * kshake * p4 * 2
+  aright *= kamp * kshake * p4 * 2
   Music aleft, aright, 0.25, 0
 endin
 
@@ -315,7 +324,18 @@ instr Swell
   aright butterhp noise(1, 0) * aenv, 3300
   aleft butterlp aleft, 11000
   aright butterlp aright, 11000
-  Music aleft * p4, aright * p4, 0.3, 0
+  Music aleft * p4 * 2, aright * p4 * 2, 0.3, 0
+endin
+
+; Air: wind that moves from side to side over p3. p4 amplitude, p5 and p6 its band at the beginning and the end.
+instr Air
+  aenv linseg 0, p3 * 0.3, 1, p3 * 0.4, 1, p3 * 0.3, 0
+  kband expseg p5, p3, p6
+  kleft = kband * (1 + 0.3 * lfo:k(1, 0.17))
+  kright = kband * (1 - 0.3 * lfo:k(1, 0.13))
+  aleft butterbp noise(1, 0) * aenv, kleft, kleft * 0.35
+  aright butterbp noise(1, 0) * aenv, kright, kright * 0.35
+  Music aleft * p4, aright * p4, 0.4, 0
 endin
 
 ; -------------------------------------------------------------------------------------------------- voices
@@ -337,9 +357,10 @@ instr Growl
   kcut = 340 + 1100 * kmove * (0.3 + gkOpen) + 900 * expon:k(1, 0.12, 0.05)
   asaw zdf_ladder asaw, kcut, 2.2
   asaw tanh asaw * 1.6
-  asub oscili 0.4, icps
+  asub oscili 0.55, icps
   amid butterhp asaw, 70
-  Music (amid + asub) * aenv * p5, (amid + asub) * aenv * p5, 0, 0
+  agrowl = (amid * 0.8 + asub * 1.1) * aenv * p5
+  Music agrowl, agrowl, 0, 0
 endin
 
 ; Drive: a bass line that lives above 140 Hz and leaves the room below to kick and Sub.
@@ -381,7 +402,7 @@ instr Voices
   a1 reson asource, 340 + 420 * kvowel, 90, 1
   a2 reson asource, 820 + 380 * kvowel, 110, 1
   a3 reson asource, 2450 + 250 * kvowel, 170, 1
-  avoices = butterhp(a1 + a2 * 0.6 + a3 * 0.35, 220) * aenv
+  avoices = butterhp(a1 + a2 * 0.6 + a3 * 0.35, 220) * aenv * 2.5
   iplace = 0.2 + 0.6 * ((p4 * 7) % 10) / 9
   al, ar Place avoices, iplace
   Music al * p5, ar * p5, 0.6, 0.05
@@ -390,7 +411,7 @@ endin
 ; Stab: a short bright chord note.
 instr Stab
   icps cpsmidinn p4
-  aenv linsegr 0, 0.003, 1, 0.09, 0.45, p3, 0.2, 0.12, 0
+  aenv linsegr 0, 0.003, 1, 0.14, 0.6, p3, 0.3, 0.12, 0
   aleft = vco2:a(0.3, icps * 1.006) + vco2:a(0.3, icps * 0.996) + vco2:a(0.2, icps * 2.004)
   aright = vco2:a(0.3, icps * 0.994) + vco2:a(0.3, icps * 1.004) + vco2:a(0.2, icps * 1.997)
   kcut = 500 + (1500 + 5000 * gkOpen) * expsegr:k(1, 0.15, 0.25, 0.3, 0.08, 0.1, 0.06)
@@ -410,7 +431,7 @@ instr Pluck
   apluck foscili 1, icps, 1, 2, kindex
   apluck2 foscili 0.35, icps * 1.003, 1, 5.01, kindex * 0.35
   asum butterhp (apluck + apluck2) * aenv, 200
-  al, ar Place asum, 0.15 + 0.7 * ((p4 * 5) % 12) / 11
+  al, ar Place asum, 0.66 - 0.36 * ((p4 * 5) % 12) / 11
   Music al * p5, ar * p5, 0.22, 0.28
 endin
 
@@ -482,16 +503,14 @@ endin
 ; The limiter looks 15 ms ahead. That delays the whole track by the 15 ms that pass before the show's first
 ; update, so a beat of the score and a cut of the picture carry the same time.
 instr Master
-  if gkKicked == 1 then
-    gkDuck = 1
-    gkKicked = 0
-  else
-    gkDuck *= exp(-ksmps / (sr * 0.11))
-  endif
+  gkDuck = max(gkStruck, gkDuck * exp(-ksmps / (sr * 0.11)))
+  gkStruck = 0
   aduck interp 1 - gkDepth * tonek(gkDuck, 80)
 
-  aleft = gaMusicL * aduck + gaDrumsL
-  aright = gaMusicR * aduck + gaDrumsR
+  ; Drums that pile up are rounded off here, so the limiter need not pull the music down with them.
+  iround = 0.62
+  aleft = gaMusicL * aduck + iround * tanh(gaDrumsL / iround)
+  aright = gaMusicR * aduck + iround * tanh(gaDrumsR / iround)
   amid = (aleft + aright) * 0.5
   aside butterhp (aleft - aright) * 0.5, 150
   amid butterhp amid, 22
@@ -524,8 +543,8 @@ instr Master
   aout1 delay aleft, (iblocks * ksmps) / sr
   aout2 delay aright, (iblocks * ksmps) / sr
 
-  ; The last second and a half of the file: whatever hall is left goes out softly.
-  kfade linseg 1, 102.2, 1, 1.0, 0.35, 1.2, 0, 1, 0
+  ; The picture is black at 103.2 s: by then the hall has all but gone, and the file ends in silence.
+  kfade linseg 1, 99.5, 1, 3.2, 0.25, 0.6, 0.05, 1.2, 0, 1, 0
   outs aout1 * again * kfade, aout2 * again * kfade
 
   clear gaMusicL, gaMusicR, gaDrumsL, gaDrumsR, gaHallL, gaHallR, gaEchoL, gaEchoR, gaSlowL, gaSlowR

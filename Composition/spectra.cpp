@@ -167,7 +167,8 @@ void accentRow(Table& table, const Performance& performance, const std::string& 
     }
     const double distance = static_cast<double>(hardest) * updateSeconds - seconds;
     table.row("accent within 40 ms of " + moment + " at " + number(seconds, 2) + " s",
-              number(std::abs(distance) * 1000, 0) + " ms off, rises " + number(performance.onset(hardest), 2),
+              number(std::abs(distance) * 1000, 0) + " ms off, rises " +
+                  number(performance.onset(hardest), 2),
               std::abs(distance) <= 0.04 && performance.onset(hardest) >= 0.2F);
 }
 
