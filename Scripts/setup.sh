@@ -68,7 +68,7 @@ build() {
 virtual_display() {
     local number
     exec {display_pipe}<> <(:)
-    Xvfb -displayfd "$display_pipe" -screen 0 "${1:-640x480}x24" -nolisten tcp >/dev/null 2>&1 &
+    Xvfb -displayfd "$display_pipe" -screen 0 "${1:-640x480}x24" -nolisten tcp -noreset >/dev/null 2>&1 &
     virtual_display_pid=$!
     trap 'kill "$virtual_display_pid" 2>/dev/null || true' EXIT
     if ! read -r -t 20 -u "$display_pipe" number; then
