@@ -1,0 +1,115 @@
+# For the tests: the show as a process on a virtual screen of its own, and what a viewer sees and does there.
+
+root=$(cd "$BATS_TEST_DIRNAME/../.." && pwd)
+program=${QUELAR_BUILD:-$root/build}/bin/quelar
+
+# Starts a screen for the tests of the file.
+open_screen() {
+    read -r DISPLAY screen_pid < <(
+        source "$root/Scripts/setup.sh"
+        virtual_display 1024x768 3>&-
+        trap - EXIT
+        printf '%s %s\n' "$DISPLAY" "$virtual_display_pid"
+    )
+    export DISPLAY screen_pid
+}
+
+close_screen() { kill "$screen_pid"; }
+
+# Makes the current directory one to start the show from: a copy of its data, to be changed at will.
+stage() {
+    mkdir -p "$BATS_TEST_TMPDIR/${1:-stage}"
+    cp -R "$root/data" "$BATS_TEST_TMPDIR/${1:-stage}"
+    cd "$BATS_TEST_TMPDIR/${1:-stage}"
+}
+
+# Starts the show, by the given command in place of the program itself.
+launch() {
+    (($#)) || set -- "$program"
+    out=$BATS_TEST_TMPDIR/out
+    err=$BATS_TEST_TMPDIR/err
+    timeout -k 1 60 "$@" >"$out" 2>"$err" 3>&- &
+    pid=$!
+}
+
+running() { kill -0 "$pid" 2>/dev/null; }
+
+# Waits until the given command succeeds or the show is over.
+await() {
+    until "$@" || ! running; do sleep 0.05; done
+}
+
+started() { grep -qx 'Start !' "$out"; }
+
+# Starts the show and returns once it runs or is over.
+start() {
+    launch "$@"
+    await started
+}
+
+# The status with which the show ends, in status.
+await_end() {
+    status=0
+    wait "$pid" || status=$?
+}
+
+# Holds Escape until the show is over.
+escape() {
+    xdotool keydown Escape
+    await_end
+    xdotool keyup Escape
+}
+
+# A show, ended by Escape if it runs at all.
+play_show() {
+    start "$@"
+    if running; then escape; else await_end; fi
+}
+
+# After a test that failed half-way: ends the show, which does not heed a polite signal, and lets go of the key.
+stop_show() {
+    [ -z "${pid:-}" ] || ! running || pkill -KILL -P "$pid" || true
+    xdotool keyup Escape
+}
+
+# Compares a file with standard input and shows the difference.
+is() { diff - "$1" >&2; }
+
+# What the show prints: up to its end, or with the picture running.
+START_LINES='Zentrik initiliased
+Music created
+Scene creation
+Geometry generation'
+RUN_LINES="$START_LINES
+Texture preparation (R2T)
+GL Texture ID created: 1
+GL Texture ID created: 2
+Frame buffer preparation (R2T)
+New FrameBuffer id: 1
+FrameBuffer created
+Start !
+End !
+FrameBuffer '1' deleted
+Music deleted
+Zentrik closed"
+
+# The show ran, was left by Escape, and had nothing but standard input to say on standard error.
+ran() {
+    [ "$status" -eq 0 ]
+    is "$out" <<<"$RUN_LINES"
+    is "$err"
+}
+
+# The show ended with a status and said this: the status, the lines on standard output, those on standard error.
+refused() {
+    [ "$status" -eq "$1" ]
+    is "$out" < <(printf '%b' "$2")
+    is "$err" < <(printf '%b' "$3")
+}
+
+# Size and place of the show's picture on the screen, as WIDTHxHEIGHT+X+Y; nothing without a window of its name.
+picture() {
+    # full screen, the picture lies in a black window of the screen's size
+    xwininfo -root -tree | awk '/"Kavel- \(OpenGL\)"/ { named = 1 } /^        0x/ { place = $(NF - 1) }
+        END { if (named) print place }'
+}
