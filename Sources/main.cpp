@@ -38,7 +38,8 @@ const std::string FADE_LABEL = "glGetUniformLocation 'fade'";
 const std::string BLUR_OFFSET_LABEL = "glGetUniformLocation 'blurOffset'";
 const std::string DRAW_LABEL = "Draw";
 
-/// A setting as a whole number: truncated towards zero, held within the range of int, 0 for what is no number.
+/// A setting as a whole number: truncated towards zero, held within the range of int, 0 for what is no
+/// number.
 int truncated(float value) {
     const auto limit = -static_cast<float>(std::numeric_limits<int>::min()); // 2^31
     if (value >= limit) {
@@ -148,7 +149,8 @@ int main(int /*argc*/, char** /*argv*/) {
             // The scene, off screen.
             frameBuffer.attach(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, textureBucket.getID());
             frameBuffer.bind(GL_FRAMEBUFFER);
-            glViewport(0, 0, static_cast<GLsizei>(pWindow->getWidth()), static_cast<GLsizei>(pWindow->getHeight()));
+            glViewport(0, 0, static_cast<GLsizei>(pWindow->getWidth()),
+                       static_cast<GLsizei>(pWindow->getHeight()));
             glMatrixMode(GL_PROJECTION);
             glLoadIdentity();
             gluPerspective(45, 1.0, 0.1, 120);

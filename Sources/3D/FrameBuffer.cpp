@@ -9,7 +9,7 @@ static const std::string BIND_LABEL = "glBindFrameBuffer";
 static const std::string UNBIND_LABEL = "glBindFrameBuffer (unbind)";
 static const std::string ATTACH_LABEL = "glFramebufferTexture2D";
 
-FrameBuffer::FrameBuffer() : fid(0) {
+FrameBuffer::FrameBuffer() {
     glGenFramebuffers(1, &fid);
     std::cout << "New FrameBuffer id: " << fid << std::endl;
     if (fid == 0) {

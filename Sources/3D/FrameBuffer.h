@@ -33,5 +33,5 @@ public:
     void validate(GLenum target);
 
 private:
-    GLuint fid;
+    GLuint fid = 0;
 };

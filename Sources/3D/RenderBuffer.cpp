@@ -4,7 +4,7 @@
 
 #include "Utils/GLUtils.h"
 
-RenderBuffer::RenderBuffer() : rid(0) {
+RenderBuffer::RenderBuffer() {
     glGenRenderbuffers(1, &rid);
     std::cout << "New RenderBuffer id: " << rid << std::endl;
     if (rid == 0) {

@@ -29,5 +29,5 @@ private:
 
     GLuint getRID() const;
 
-    GLuint rid;
+    GLuint rid = 0;
 };

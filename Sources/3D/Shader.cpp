@@ -24,8 +24,7 @@ static char* reportUnreadable(const std::string& fileName) {
     return nullptr;
 }
 
-Shader::Shader(const std::string& vertexShaderFileName, const std::string& pixelShaderFile)
-    : vsid(0), psid(0), pgid(0) {
+Shader::Shader(const std::string& vertexShaderFileName, const std::string& pixelShaderFile) {
     vsid = static_cast<GLint>(glCreateShader(GL_VERTEX_SHADER));
     psid = static_cast<GLint>(glCreateShader(GL_FRAGMENT_SHADER));
     GLUtils::checkError("glCreateShader");
@@ -44,7 +43,8 @@ Shader::Shader(const std::string& vertexShaderFileName, const std::string& pixel
     glShaderSource(psid, 1, &pixelText, &pixelLength);
     glCompileShader(vsid);
     glCompileShader(psid);
-    if (!checkShaderCompilation(vertexShaderFileName, vsid) || !checkShaderCompilation(pixelShaderFile, psid)) {
+    if (!checkShaderCompilation(vertexShaderFileName, vsid) ||
+        !checkShaderCompilation(pixelShaderFile, psid)) {
         throw ShaderCreationException();
     }
 
@@ -84,14 +84,16 @@ void Shader::disable() { glUseProgram(0); }
 GLint Shader::getProgram() const { return pgid; }
 
 char* Shader::readFile(const std::string& fileName) {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(fileName.c_str(), "r"), std::fclose);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(fileName.c_str(), "r"),
+                                                               std::fclose);
     if (file == nullptr) {
         return reportUnreadable(fileName);
     }
     const std::size_t size = getFileSize(file.get());
     Text text = allocateText(size);
     if (text == nullptr) {
-        std::cerr << "Erreur d'allocation de la m\xE9moire pour y placer le contenu du fichier\n" << std::endl;
+        std::cerr << "Erreur d'allocation de la m\xE9moire pour y placer le contenu du fichier\n"
+                  << std::endl;
         return nullptr;
     }
     // Ends after what was read, should the file be shorter than it said.

@@ -22,7 +22,8 @@ public:
 /// A program that did not link.
 class ShaderLoadingException : public ShaderException {
 public:
-    explicit ShaderLoadingException(const std::string& s) : ShaderException("Fail to create the shader: " + s) {}
+    explicit ShaderLoadingException(const std::string& s)
+        : ShaderException("Fail to create the shader: " + s) {}
 };
 
 /// Owner of one GLSL program and its two shaders, built from a vertex and a fragment (pixel) shader file.
@@ -48,7 +49,7 @@ public:
     static bool checkShaderCompilation(const std::string& shaderName, GLuint shaderID);
 
 private:
-    GLint vsid;
-    GLint psid;
-    GLint pgid;
+    GLint vsid = 0;
+    GLint psid = 0;
+    GLint pgid = 0;
 };

@@ -10,19 +10,21 @@
 static const std::string BIND_LABEL = "glBindTexture";
 static const std::string UNBIND_LABEL = "glBindTexture (unbind)";
 
-static GLubyte toByte(float component) { return static_cast<GLubyte>(static_cast<int>(component * 255.0f) & 0xFF); }
+static GLubyte toByte(float component) {
+    return static_cast<GLubyte>(static_cast<int>(component * 255.0f) & 0xFF);
+}
 
-Texture::Texture(unsigned int width, unsigned int height) : tid(0) {
+Texture::Texture(unsigned int width, unsigned int height) {
     createID();
     bind();
     setParameters();
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, static_cast<GLsizei>(width), static_cast<GLsizei>(height), 0, GL_RGBA,
-                 GL_UNSIGNED_BYTE, nullptr);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, static_cast<GLsizei>(width), static_cast<GLsizei>(height), 0,
+                 GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
     unbind();
     GLUtils::checkError("Texture creation");
 }
 
-Texture::Texture(unsigned int width, unsigned int height, const Colour4& c) : tid(0) {
+Texture::Texture(unsigned int width, unsigned int height, const Colour4& c) {
     createID();
     bind();
     const GLubyte texel[] = {toByte(c.r), toByte(c.g), toByte(c.b), toByte(c.a)};

@@ -25,5 +25,5 @@ public:
     GLuint getID() const;
 
 private:
-    GLuint tid;
+    GLuint tid = 0;
 };

@@ -2,8 +2,7 @@
 
 #include <SDL.h>
 
-Impulsor::Impulsor(unsigned int impulsionRate)
-    : lastUpdate(SDL_GetTicks()), impulsionRate(impulsionRate), impulsion(false) {}
+Impulsor::Impulsor(unsigned int impulsionRate) : lastUpdate(SDL_GetTicks()), impulsionRate(impulsionRate) {}
 
 void Impulsor::update() {
     const std::uint32_t currentTime = SDL_GetTicks();

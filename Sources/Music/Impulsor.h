@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-/// A periodic tick for a frame loop, on SDL's clock: up for one frame each time more than the rate has passed.
-/// Ticks do not add up: a long stall gives one.
+/// A periodic tick for a frame loop, on SDL's clock: up for one frame each time more than the rate has
+/// passed. Ticks do not add up: a long stall gives one.
 class Impulsor {
 public:
     /// impulsionRate: ms between two ticks, of which a tick needs one more.
@@ -17,5 +17,5 @@ public:
 private:
     std::uint32_t lastUpdate; ///< ms, when it ticked last
     std::uint32_t impulsionRate;
-    bool impulsion;
+    bool impulsion = false;
 };

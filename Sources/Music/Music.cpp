@@ -18,7 +18,7 @@ static bool succeeded(FMOD_RESULT result) {
     return false;
 }
 
-Music::Music() : system(nullptr), sound(nullptr), channel(nullptr) { std::cout << "Music created" << std::endl; }
+Music::Music() { std::cout << "Music created" << std::endl; }
 
 Music::~Music() {
     FMOD_Sound_Release(sound);

@@ -4,8 +4,8 @@
 
 #include <fmod.h>
 
-/// The show's one track and its spectrum. What fails is reported on standard error in the sound layer's words,
-/// and the show goes on without it.
+/// The show's one track and its spectrum. What fails is reported on standard error in the sound layer's
+/// words, and the show goes on without it.
 class Music {
 public:
     Music();
@@ -25,8 +25,8 @@ public:
     void stop();
     void update();
 
-    /// Fills spectrum with precision linear magnitudes, 0..1, of what is heard now on the left, the lowest band
-    /// first. precision is a power of two.
+    /// Fills spectrum with precision linear magnitudes, 0..1, of what is heard now on the left, the lowest
+    /// band first. precision is a power of two.
     void getSpectrum(float* spectrum, unsigned int precision);
 
     /// Length of the open track in ms, 0 when unknown.
@@ -39,7 +39,7 @@ public:
     char* getName() const;
 
 private:
-    FMOD_SYSTEM* system;
-    FMOD_SOUND* sound;
-    FMOD_CHANNEL* channel; ///< the sound layer's own
+    FMOD_SYSTEM* system = nullptr;
+    FMOD_SOUND* sound = nullptr;
+    FMOD_CHANNEL* channel = nullptr; ///< the sound layer's own
 };

@@ -5,8 +5,8 @@
 
 #include "3D/LineRenderer.h"
 
-/// Block capitals made of straight lines, a to z, lying flat on the ground. A glyph is one unit wide and high, its
-/// top towards the pen; the pen advances by one and a half units a character. All in one colour.
+/// Block capitals made of straight lines, a to z, lying flat on the ground. A glyph is one unit wide and
+/// high, its top towards the pen; the pen advances by one and a half units a character. All in one colour.
 /// Upper and lower case look the same; a space leaves a gap, and so does anything that is no letter.
 class Font {
 public:

@@ -9,11 +9,11 @@
 #include "3D/ColouredArrays.h"
 #include "Types/Vector4.h"
 
-/// A fountain of coloured points: every update emits one on a curve around the start position, and those alive
-/// sink and fade until they die, 202 updates after their birth. No chance is involved.
+/// A fountain of coloured points: every update emits one on a curve around the start position, and those
+/// alive sink and fade until they die, 202 updates after their birth. No chance is involved.
 ///
-/// Variant, the class that derives from this, supplies the curve: POINT_SIZE in pixels, STEP, by which the phase
-/// grows per update, and curve(c, o), the point of the phase c and the offset o, in radians.
+/// Variant, the class that derives from this, supplies the curve: POINT_SIZE in pixels, STEP, by which the
+/// phase grows per update, and curve(c, o), the point of the phase c and the offset o, in radians.
 template <typename Variant>
 class Fountain {
 public:
@@ -25,13 +25,14 @@ public:
         std::uint32_t life = 0; ///< updates since birth
     };
 
-    /// colour: RGBA, of which the new particles get 30 % and all of the alpha; nbParticules: the most that live at
-    /// a time; offset: a phase that tells fountains at one place apart.
+    /// colour: RGBA, of which the new particles get 30 % and all of the alpha; nbParticules: the most that
+    /// live at a time; offset: a phase that tells fountains at one place apart.
     Fountain(const Vector3f& startPosition, const Colour4& colour, unsigned int nbParticules, float offset)
-        : particules(nbParticules), startPosition(startPosition),
+        : particules(nbParticules),
+          startPosition(startPosition),
           startColour(static_cast<float>(0.3 * colour.r), static_cast<float>(0.3 * colour.g),
                       static_cast<float>(0.3 * colour.b), colour.a),
-          livingParticules(0), counter(0), offset(offset) {}
+          offset(offset) {}
 
     /// One step: age and bury, emit, move on along the curve.
     void update() {
@@ -69,7 +70,7 @@ protected:
     std::vector<Particule> particules; ///< all that can live; the living come first
     Vector3f startPosition;
     Colour4 startColour;
-    std::uint32_t livingParticules;
-    float counter; ///< phase of the curve
+    std::uint32_t livingParticules = 0;
+    float counter = 0; ///< phase of the curve
     float offset;
 };

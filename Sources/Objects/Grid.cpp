@@ -9,9 +9,10 @@
 static const Colour4 FRONT_COLOUR(1, 1, 1, 0.7f);
 
 Grid::Grid(unsigned int numberPointsX, unsigned int numberPointsY, float step)
-    : numberPointsX(numberPointsX), numberPointsY(numberPointsY),
-      hadImpulsion(static_cast<std::size_t>(numberPointsX) * numberPointsY), impulsionUpdateStep(0),
-      colours(hadImpulsion.size(), gridColour), impulsionValue(15) {
+    : numberPointsX(numberPointsX),
+      numberPointsY(numberPointsY),
+      hadImpulsion(static_cast<std::size_t>(numberPointsX) * numberPointsY),
+      colours(hadImpulsion.size(), gridColour) {
     assert(!hadImpulsion.empty());
 
     for (std::vector<std::uint32_t>& pics : picsSpectrum) {
@@ -24,7 +25,8 @@ Grid::Grid(unsigned int numberPointsX, unsigned int numberPointsY, float step)
     points.reserve(hadImpulsion.size());
     for (unsigned int x = 0; x < numberPointsX; ++x) {
         for (unsigned int y = 0; y < numberPointsY; ++y) {
-            points.emplace_back(Vector3f(static_cast<float>(x) * step, 0, static_cast<float>(y) * step), gridColour);
+            points.emplace_back(Vector3f(static_cast<float>(x) * step, 0, static_cast<float>(y) * step),
+                                gridColour);
         }
     }
 

@@ -9,15 +9,17 @@
 /// The rest colour of the lattice: a mid grey at 70 % opacity.
 inline const Colour4 gridColour(117 / 255.0f, 117 / 255.0f, 117 / 255.0f, 0.7f);
 
-/// The lattice of lines on the ground (the x-z plane), which carries what the music does to it from one scene to
-/// the next: spikes, lifted by sixteen bands of the spectrum, and waves of colour that run out ring by ring.
+/// The lattice of lines on the ground (the x-z plane), which carries what the music does to it from one scene
+/// to the next: spikes, lifted by sixteen bands of the spectrum, and waves of colour that run out ring by
+/// ring.
 ///
-/// Heights are world units. The lattice's own (x, y) is column and row: x along world x, y along world z. That of
-/// waves and mounds is turned: their x runs along world z, their y along world x. Colours are RGBA, 0..1.
+/// Heights are world units. The lattice's own (x, y) is column and row: x along world x, y along world z.
+/// That of waves and mounds is turned: their x runs along world z, their y along world x. Colours are RGBA,
+/// 0..1.
 class Grid {
 public:
-    /// numberPointsX by numberPointsY points, at least one of them, step world units apart, from the origin into
-    /// positive x and z. Draws 1024 random numbers: the 64 points of each band.
+    /// numberPointsX by numberPointsY points, at least one of them, step world units apart, from the origin
+    /// into positive x and z. Draws 1024 random numbers: the 64 points of each band.
     Grid(unsigned int numberPointsX, unsigned int numberPointsY, float step);
 
     /// For drawing: the points, and the index pairs of the segments between neighbours.
@@ -32,12 +34,14 @@ public:
     /// Reads the first sixteen magnitudes.
     void updateSpectrum(const float* spectrum, unsigned int precision);
 
-    /// Starts a wave at (x, y), or extends the one that runs: ring after ring, from step impulsionStep (1 is the
-    /// centre) to the one before limit. Points outside the lattice, and points that a wave reaches no later, stop
-    /// it. The colour becomes the rest colour of its points. Every wave that starts restarts the front.
+    /// Starts a wave at (x, y), or extends the one that runs: ring after ring, from step impulsionStep (1 is
+    /// the centre) to the one before limit. Points outside the lattice, and points that a wave reaches no
+    /// later, stop it. The colour becomes the rest colour of its points. Every wave that starts restarts the
+    /// front.
     void makeImpulsion(unsigned int x, unsigned int y, const Colour4& colour, unsigned int impulsionStep,
                        unsigned int limit);
-    /// One step of the waves: the front flashes white and moves on, behind it points fade to their rest colour.
+    /// One step of the waves: the front flashes white and moves on, behind it points fade to their rest
+    /// colour.
     void updateImpulsion();
 
     /// Raises the points at rest around (x, y) to a mound; the recursion starts with displacement 0.
@@ -61,9 +65,10 @@ private:
     std::uint32_t numberPointsY;
     std::vector<Point> points;
     std::vector<std::uint32_t> indices;
-    std::vector<std::uint32_t> hadImpulsion; ///< per point, the step at which the front reaches it; 0: no wave
-    std::uint32_t impulsionUpdateStep;       ///< step of the front; 0: no wave runs
-    std::vector<Colour4> colours;            ///< per point, the colour it returns to
+    std::vector<std::uint32_t>
+        hadImpulsion;                      ///< per point, the step at which the front reaches it; 0: no wave
+    std::uint32_t impulsionUpdateStep = 0; ///< step of the front; 0: no wave runs
+    std::vector<Colour4> colours;          ///< per point, the colour it returns to
     std::array<std::vector<std::uint32_t>, BANDS> picsSpectrum; ///< per band, the points it lifts
-    float impulsionValue;
+    float impulsionValue = 15;
 };

@@ -10,7 +10,5 @@ public:
 
     using Fountain::Fountain;
 
-    static Vector3f curve(float c, float /*o*/) {
-        return {std::sin(c), 1, std::cos(c)};
-    }
+    static Vector3f curve(float c, float /*o*/) { return {std::sin(c), 1, std::cos(c)}; }
 };

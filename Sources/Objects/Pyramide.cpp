@@ -1,6 +1,7 @@
 #include "Objects/Pyramide.h"
 
-Pyramide::Pyramide(Vector3f position, Vector3f rotation, Colour3 colour, float scale) : Rising(position, rotation) {
+Pyramide::Pyramide(Vector3f position, Vector3f rotation, Colour3 colour, float scale)
+    : Rising(position, rotation) {
     const float min = -scale;
     const float max = scale;
     renderer.addLines(

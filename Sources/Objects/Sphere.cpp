@@ -9,11 +9,12 @@
 static Vector3f surface(double size, float latitude, float longitude) {
     const double t = MathUtils::degToRan(latitude);
     const double p = MathUtils::degToRan(longitude);
-    return {static_cast<float>(size * std::cos(t) * std::cos(p)), static_cast<float>(size * std::cos(t) * std::sin(p)),
-            static_cast<float>(size * std::sin(t))};
+    return {static_cast<float>(size * std::cos(t) * std::cos(p)),
+            static_cast<float>(size * std::cos(t) * std::sin(p)), static_cast<float>(size * std::sin(t))};
 }
 
-Sphere::Sphere(Vector3f position, Vector3f rotation, Colour3 colour, float size, unsigned int nbPpL, float offset)
+Sphere::Sphere(Vector3f position, Vector3f rotation, Colour3 colour, float size, unsigned int nbPpL,
+               float offset)
     : Rising(position, rotation, offset) {
     assert(nbPpL > 0);
     const float stepHigh = 180.0f / static_cast<float>(nbPpL);

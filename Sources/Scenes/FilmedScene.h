@@ -7,8 +7,8 @@
 #include "3D/Camera/LinearCamera.h"
 #include "Scenes/Scene.h"
 
-/// What the scenes of the show share: they are filmed by a list of timed moves, one after another, fade between
-/// them, and hear the music as a spectrum.
+/// What the scenes of the show share: they are filmed by a list of timed moves, one after another, fade
+/// between them, and hear the music as a spectrum.
 class FilmedScene : public Scene {
 public:
     ~FilmedScene() override;
@@ -21,8 +21,8 @@ protected:
     using Spectrum = std::array<float, 512>;
 
     /// Adds a move of the eye, from and to, looking at points that move as well; ms: its duration.
-    void addMove(const Vector3f& eyeFrom, const Vector3f& eyeTo, const Vector3f& lookFrom, const Vector3f& lookTo,
-                 unsigned int ms);
+    void addMove(const Vector3f& eyeFrom, const Vector3f& eyeTo, const Vector3f& lookFrom,
+                 const Vector3f& lookTo, unsigned int ms);
 
     LinearCamera& camera() const { return *cams[currentCam]; }
     /// Whether there is a move to play; when there is none the scene has finished and is black.

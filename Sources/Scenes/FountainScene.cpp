@@ -1,7 +1,7 @@
 #include "Scenes/FountainScene.h"
 
 const std::array<Colour4, FountainScene::CLUSTER> FountainScene::PALETTE = {
-    Colour4(0, 0.74f, 0.19f, 1),         Colour4(0.39f, 0.87f, 0.52f, 1), Colour4(0.19f, 0.086f, 0.72f, 1),
+    Colour4(0, 0.74f, 0.19f, 1),      Colour4(0.39f, 0.87f, 0.52f, 1), Colour4(0.19f, 0.086f, 0.72f, 1),
     Colour4(0.39f, 0.29f, 0.847f, 1), Colour4(1, 0.8f, 0, 1),          Colour4(1, 0.11f, 0, 1),
 };
 

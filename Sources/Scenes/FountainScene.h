@@ -22,7 +22,8 @@ protected:
                            const Offsets& offsets = OFFSETS) {
         for (std::size_t k = 0; k < CLUSTER; ++k) {
             const auto height = static_cast<float>(position.y - 0.01 * static_cast<double>(k));
-            parts.push_back(new Particules({position.x, height, position.z}, PALETTE[k], CAPACITY, offsets[k]));
+            parts.push_back(
+                new Particules({position.x, height, position.z}, PALETTE[k], CAPACITY, offsets[k]));
         }
     }
 
@@ -51,8 +52,8 @@ protected:
         std::for_each(objects.begin(), objects.end(), [](const Object* pObject) { delete pObject; });
     }
 
-    /// Goes on with the move. When it has ended the time base moves on by its duration to that of the next move;
-    /// false when it was the last.
+    /// Goes on with the move. When it has ended the time base moves on by its duration to that of the next
+    /// move; false when it was the last.
     bool playMove(std::uint32_t& startTime, unsigned int time);
 
     /// Fades in and out over the current move.

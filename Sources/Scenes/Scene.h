@@ -17,8 +17,9 @@ public:
     virtual void setSceneRender() = 0;
     /// Draws the scene's own objects, after the grid.
     virtual void draw(Window* pWindow) = 0;
-    /// Advances the scene by a frame. camera: the driver's; pGrid: the show's one, as the scene before left it;
-    /// time: ms on the engine clock. True while the scene plays, false in the frame in which it has finished.
+    /// Advances the scene by a frame. camera: the driver's; pGrid: the show's one, as the scene before left
+    /// it; time: ms on the engine clock. True while the scene plays, false in the frame in which it has
+    /// finished.
     virtual bool update(const Camera& camera, Grid* pGrid, Music* pMusic, unsigned int time) = 0;
 
     /// Strength of the beat, 0..1; it may dip just below 0.

@@ -6,7 +6,7 @@ static const unsigned int GRID_POINTS = 100; // on each axis
 static const float GRID_STEP = 1.5f;
 static const unsigned int LINE_WIDTH = 4;
 
-SceneManager::SceneManager() : currentScene(0), grid(GRID_POINTS, GRID_POINTS, GRID_STEP) {}
+SceneManager::SceneManager() : grid(GRID_POINTS, GRID_POINTS, GRID_STEP) {}
 
 SceneManager::~SceneManager() {
     for (const Scene* pScene : scenes) {

@@ -3,8 +3,8 @@
 #include "Utils/Random.h"
 
 namespace {
-const unsigned int SOLIDS = 150; // of each kind
-const float GROUND_SIZE = 150;   // world units
+const unsigned int SOLIDS = 150;            // of each kind
+const float GROUND_SIZE = 150;              // world units
 const unsigned int MOVE_TIME = 25000;       // ms
 const unsigned int LONG_FADE_START = 10000; // ms
 const unsigned int BANDS = 10;              // that fire waves
@@ -19,19 +19,21 @@ Vector3f randomPlace() {
 
 /// A lattice coordinate, from 10 below 0 on; what is below 0 comes out far beyond the lattice.
 unsigned int randomCoordinate(unsigned int numberPoints) {
-    return static_cast<unsigned int>(static_cast<int>(Random::unit() * static_cast<float>(numberPoints) - 10));
+    return static_cast<unsigned int>(
+        static_cast<int>(Random::unit() * static_cast<float>(numberPoints) - 10));
 }
 
 template <typename S>
 void launchNext(const std::vector<S*>& solids) {
-    const auto next = std::find_if(solids.begin(), solids.end(), [](const S* pSolid) { return !pSolid->getActive(); });
+    const auto next =
+        std::find_if(solids.begin(), solids.end(), [](const S* pSolid) { return !pSolid->getActive(); });
     if (next != solids.end()) {
         (*next)->setActive(true);
     }
 }
 } // namespace
 
-ScenePartWorld::ScenePartWorld() : startTime(0), coloursList(PALETTE.begin(), PALETTE.end()) {
+ScenePartWorld::ScenePartWorld() : coloursList(PALETTE.begin(), PALETTE.end()) {
     addMove({20, 5.5f, 20}, {75, 0, 75}, {30, 1, 30}, {78, 1, 78}, MOVE_TIME);
     addCluster(parts, {45, 3, 45});
     addCluster(parts2, {55, 2, 45});

@@ -7,8 +7,8 @@
 #include "Objects/Sphere.h"
 #include "Scenes/FountainScene.h"
 
-/// The end: a descent through 450 solids, of which every loud frame launches some into the sky while black waves
-/// darken the grid, and a long fade.
+/// The end: a descent through 450 solids, of which every loud frame launches some into the sky while black
+/// waves darken the grid, and a long fade.
 class ScenePartWorld : public FountainScene {
 public:
     /// Draws 900 random numbers: where the cubes stand, then the pyramids, then the spheres.
@@ -30,6 +30,6 @@ private:
     std::vector<Cube*> cubes;
     std::vector<Pyramide*> piramides;
     std::vector<Sphere*> spheres;
-    std::uint32_t startTime; ///< ms on the engine clock, the scene's first update; 0 before it
+    std::uint32_t startTime = 0; ///< ms on the engine clock, the scene's first update; 0 before it
     std::vector<Colour4> coloursList;
 };

@@ -37,7 +37,8 @@ void SceneSadSpectrumGreet::draw(Window* /*pWindow*/) {
     }
 }
 
-bool SceneSadSpectrumGreet::update(const Camera& /*camera*/, Grid* pGrid, Music* /*pMusic*/, unsigned int time) {
+bool SceneSadSpectrumGreet::update(const Camera& /*camera*/, Grid* pGrid, Music* /*pMusic*/,
+                                   unsigned int time) {
     // Whether a greeting's time has come before; it is written when it has come again.
     static std::array<bool, 7> armed{};
 

@@ -2,7 +2,8 @@
 
 #include "Scenes/WritingScene.h"
 
-/// The greetings: seven names, written one by one on the levelled grid, under a camera that rises straight above.
+/// The greetings: seven names, written one by one on the levelled grid, under a camera that rises straight
+/// above.
 class SceneSadSpectrumGreet : public WritingScene {
 public:
     SceneSadSpectrumGreet();

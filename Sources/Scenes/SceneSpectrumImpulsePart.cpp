@@ -5,7 +5,7 @@
 static const unsigned int BANDS = 8; // that fire waves
 static const float LOUD = 0.2f;
 
-SceneSpectrumImpulsePart::SceneSpectrumImpulsePart() : startTime(0) {
+SceneSpectrumImpulsePart::SceneSpectrumImpulsePart() {
     addMove({25, 5.5f, 20}, {65, 2, 20}, {35, 1, 30}, {75, 1, 30}, 15000);
     addCluster(parts, {55, 3, 40});
 }
@@ -14,7 +14,8 @@ SceneSpectrumImpulsePart::~SceneSpectrumImpulsePart() { deleteAll(parts); }
 
 void SceneSpectrumImpulsePart::draw(Window* /*pWindow*/) { drawFountains(parts); }
 
-bool SceneSpectrumImpulsePart::update(const Camera& /*camera*/, Grid* pGrid, Music* pMusic, unsigned int time) {
+bool SceneSpectrumImpulsePart::update(const Camera& /*camera*/, Grid* pGrid, Music* pMusic,
+                                      unsigned int time) {
     static Spectrum spectrum{};
 
     pGrid->setImpulsionValue(8);

@@ -17,5 +17,5 @@ private:
     void fireWave(Grid* pGrid) const;
 
     std::vector<Particules3*> parts;
-    std::uint32_t startTime; ///< ms on the engine clock, the scene's first update; 0 before it
+    std::uint32_t startTime = 0; ///< ms on the engine clock, the scene's first update; 0 before it
 };

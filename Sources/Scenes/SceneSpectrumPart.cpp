@@ -2,7 +2,7 @@
 
 static const std::array<float, 6> SECOND_OFFSETS = {1.2f, 1.4f, 1.6f, 1.7f, 1.9f, 2.1f};
 
-SceneSpectrumPart::SceneSpectrumPart() : startTime(0) {
+SceneSpectrumPart::SceneSpectrumPart() {
     addMove({49, 5.5f, 59}, {79, 4, 89}, {98, 1, 89}, {37, 1, 43}, 5000);
     addMove({79, 5.5f, 89}, {40, 4, 40}, {40, 1, 50}, {20, 1, 20}, 5000);
     addCluster(parts, {20, 1, 20});

@@ -14,5 +14,6 @@ public:
 
 private:
     std::vector<Particules2*> parts;
-    std::uint32_t startTime; ///< ms on the engine clock, from which the current flight fades; 0: not started
+    std::uint32_t startTime =
+        0; ///< ms on the engine clock, from which the current flight fades; 0: not started
 };

@@ -11,7 +11,7 @@
 static const std::uint32_t FRAME_TIME = 15; // ms
 
 Engine::Engine(EngineAPI apis, unsigned int width, unsigned int height, const std::string& windowName)
-    : apis(apis), pWindow(nullptr), lastFrameTime(0) {
+    : apis(apis) {
     if ((apis & EAPI_SDL) != 0) {
         SDL_Init(SDL_INIT_VIDEO | ((apis & EAPI_SDL_Mixer) != 0 ? SDL_INIT_AUDIO : 0));
     }

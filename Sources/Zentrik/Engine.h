@@ -43,6 +43,6 @@ public:
 
 private:
     EngineAPI apis;
-    Window* pWindow;
-    std::uint32_t lastFrameTime; ///< ms, the end of the last waitFrame
+    Window* pWindow = nullptr;
+    std::uint32_t lastFrameTime = 0; ///< ms, the end of the last waitFrame
 };

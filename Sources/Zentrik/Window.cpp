@@ -2,8 +2,8 @@
 
 static const int BITS_PER_PIXEL = 32;
 
-Window::Window(unsigned int width, unsigned int height, const std::string& windowName, unsigned int sdlFlags)
-    : pWindow(nullptr) {
+Window::Window(unsigned int width, unsigned int height, const std::string& windowName,
+               unsigned int sdlFlags) {
     if ((sdlFlags & SDL_FULLSCREEN) == 0) {
         sdlFlags |= SDL_RESIZABLE;
     }
@@ -17,7 +17,8 @@ Window::Window(unsigned int width, unsigned int height, const std::string& windo
 void Window::clear() { SDL_FillRect(pWindow, nullptr, SDL_MapRGB(pWindow->format, 0, 0, 0)); }
 
 void Window::resize(unsigned int width, unsigned int height) {
-    pWindow = SDL_SetVideoMode(static_cast<int>(width), static_cast<int>(height), BITS_PER_PIXEL, pWindow->flags);
+    pWindow =
+        SDL_SetVideoMode(static_cast<int>(width), static_cast<int>(height), BITS_PER_PIXEL, pWindow->flags);
     if (pWindow == nullptr) {
         throw WindowCreationException("Fail to resize");
     }

@@ -33,5 +33,5 @@ public:
     unsigned int getHeight() const;
 
 private:
-    SDL_Surface* pWindow;
+    SDL_Surface* pWindow = nullptr;
 };

@@ -2,7 +2,8 @@
 
 #include "Types/Vector3.h"
 
-/// A viewpoint in the world: y is up, the lattice lies in the x-z plane. A plain value; only apply needs OpenGL.
+/// A viewpoint in the world: y is up, the lattice lies in the x-z plane. A plain value; only apply needs
+/// OpenGL.
 class Camera {
 public:
     Camera(Vector3f position, Vector3f direction, Vector3f up);

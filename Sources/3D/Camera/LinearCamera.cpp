@@ -3,10 +3,14 @@
 #include "Utils/MathUtils.h"
 
 LinearCamera::LinearCamera(const Vector3f& positionStart, const Vector3f& positionEnd,
-                           const Vector3f& interestPointStart, const Vector3f& interestPointEnd, const Vector3f& up,
-                           unsigned int msTime)
-    : GLUCamera(positionStart, interestPointStart, up), positionStart(positionStart), positionEnd(positionEnd),
-      interestPointStart(interestPointStart), interestPointEnd(interestPointEnd), startTime(0), msTime(msTime) {}
+                           const Vector3f& interestPointStart, const Vector3f& interestPointEnd,
+                           const Vector3f& up, unsigned int msTime)
+    : GLUCamera(positionStart, interestPointStart, up),
+      positionStart(positionStart),
+      positionEnd(positionEnd),
+      interestPointStart(interestPointStart),
+      interestPointEnd(interestPointEnd),
+      msTime(msTime) {}
 
 bool LinearCamera::update(unsigned int actualTime) {
     if (startTime == 0) {

@@ -5,7 +5,7 @@
 #include "Utils/MathUtils.h"
 
 RotatingCamera::RotatingCamera(const Vector3f& interestPoint, float distance, float moveStep)
-    : GLUCamera(Vector3f(), interestPoint, Vector3f(0, 1, 0)), distance(distance), moveStep(moveStep), angle(0) {}
+    : GLUCamera(Vector3f(), interestPoint, Vector3f(0, 1, 0)), distance(distance), moveStep(moveStep) {}
 
 void RotatingCamera::update() {
     const double a = MathUtils::degToRan(angle);

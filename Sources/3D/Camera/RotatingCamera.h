@@ -14,5 +14,5 @@ public:
 private:
     float distance;
     float moveStep;
-    float angle; ///< degrees, never wrapped; at 0 the eye is on the side of the smaller z
+    float angle = 0; ///< degrees, never wrapped; at 0 the eye is on the side of the smaller z
 };

@@ -11,13 +11,18 @@ struct Button {
 };
 
 const Button BUTTONS[] = {
-    {SDLK_q, INPUT_A},     {SDLK_w, INPUT_B},      {SDLK_a, INPUT_X},
-    {SDLK_s, INPUT_Y},     {SDLK_z, INPUT_START},  {SDLK_x, INPUT_SELECT},
-    {SDLK_KP_MINUS, INPUT_VOLUMEDOWN}, {SDLK_KP_PLUS, INPUT_VOLUMEUP},
+    {SDLK_q, INPUT_A},
+    {SDLK_w, INPUT_B},
+    {SDLK_a, INPUT_X},
+    {SDLK_s, INPUT_Y},
+    {SDLK_z, INPUT_START},
+    {SDLK_x, INPUT_SELECT},
+    {SDLK_KP_MINUS, INPUT_VOLUMEDOWN},
+    {SDLK_KP_PLUS, INPUT_VOLUMEUP},
 };
 } // namespace
 
-SDL_Keyboard::SDL_Keyboard() : m_nbKeys(0), m_pKeys(nullptr) { SDL_Keyboard::update(); }
+SDL_Keyboard::SDL_Keyboard() { SDL_Keyboard::update(); }
 
 int SDL_Keyboard::getDirectionsPressed() const {
     const bool right = isKey(SDLK_RIGHT) != 0;

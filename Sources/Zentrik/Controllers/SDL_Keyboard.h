@@ -18,6 +18,6 @@ public:
     unsigned char isKey(unsigned int key) const;
 
 private:
-    int m_nbKeys;
-    Uint8* m_pKeys; ///< SDL's own, indexed by key code
+    int m_nbKeys = 0;
+    Uint8* m_pKeys = nullptr; ///< SDL's own, indexed by key code
 };
