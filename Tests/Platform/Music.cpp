@@ -32,9 +32,7 @@ Signal sineLeft(double hertz) {
     return [hertz](double time) { return Sample{std::sin(2 * M_PI * hertz * time), 0}; };
 }
 
-Sample silence(double /*time*/) {
-    return {0, 0};
-}
+Sample silence(double /*time*/) { return {0, 0}; }
 
 Folder::Folder() {
     path_ = (std::filesystem::temp_directory_path() / "sound-XXXXXX").string();
@@ -48,10 +46,10 @@ Folder::~Folder() {
     std::filesystem::remove_all(path_, ignored);
 }
 
-std::string Folder::encode(const std::string& name, const Signal& signal, std::size_t samples, int rate,
+std::string Folder::encode(const std::string& name, const Signal& signal, int samples, int rate,
                            const std::string& options, bool mono) const {
     std::string raw;
-    for (std::size_t i = 0; i < samples; ++i) {
+    for (int i = 0; i < samples; ++i) {
         const Sample sample = signal(static_cast<double>(i) / rate);
         raw += sixteenBit(sample.left);
         raw += mono ? "" : sixteenBit(sample.right);
@@ -63,7 +61,7 @@ std::string Folder::encode(const std::string& name, const Signal& signal, std::s
                              littleEndian(rate * sides * 2, 4) + littleEndian(sides * 2, 2) +
                              littleEndian(16, 2) + "data" + littleEndian(size, 4) + raw;
     const std::string source = write(name + ".wav", wave);
-    const std::string encoded = path(name);
+    std::string encoded = path(name);
     // As loud as the source, and with all its frequencies.
     const std::string command = std::string(LAME) + " --quiet --noreplaygain --scale 1 --lowpass -1 " +
                                 options + " '" + source + "' '" + encoded + "'";

@@ -32,7 +32,7 @@ public:
     std::string path(const std::string& name) const { return path_ + "/" + name; }
 
     // Encodes so many samples of a signal and returns the path of the MP3.
-    std::string encode(const std::string& name, const Signal& signal, std::size_t samples, int rate = 44100,
+    std::string encode(const std::string& name, const Signal& signal, int samples, int rate = 44100,
                        const std::string& options = "-b 320 -m s", bool mono = false) const;
 
     // Writes a file of these bytes and returns its path.

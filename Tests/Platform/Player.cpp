@@ -12,9 +12,7 @@ namespace {
 
 std::atomic<unsigned long long> now{0};
 
-unsigned long long time() {
-    return now;
-}
+unsigned long long time() { return now; }
 
 void expect(FMOD_RESULT result) {
     if (result != FMOD_OK) {
@@ -24,13 +22,9 @@ void expect(FMOD_RESULT result) {
 
 } // namespace
 
-void setTime(unsigned long long microseconds) {
-    now = microseconds;
-}
+void setTime(unsigned long long microseconds) { now = microseconds; }
 
-void passTime(unsigned long long microseconds) {
-    now += microseconds;
-}
+void passTime(unsigned long long microseconds) { now += microseconds; }
 
 Player::Player(Time time, int channels) {
     FMOD_Clock_Set(time == Time::supplied ? sound::time : nullptr);
@@ -38,9 +32,7 @@ Player::Player(Time time, int channels) {
     expect(FMOD_System_Init(system_, channels, FMOD_INIT_NORMAL, nullptr));
 }
 
-Player::~Player() {
-    FMOD_System_Release(system_);
-}
+Player::~Player() { FMOD_System_Release(system_); }
 
 FMOD_SOUND* Player::load(const std::string& path) const {
     FMOD_SOUND* sound = nullptr;

@@ -47,7 +47,7 @@ TEST(Files, HaveTheirExactLengthAndPitchWhateverTheirKind) {
                          Case{48000, false, "-V 0"}, Case{32000, true, "-V 5"}, Case{24000, false, "-b 96"},
                          Case{22050, true, "-V 3"}, Case{8000, true, "-b 32"}}) {
         // Some way off a whole number of the encoder's blocks; 1 kHz all the way.
-        const std::size_t samples = 2 * c.rate + 123;
+        const int samples = 2 * c.rate + 123;
         const auto expected = static_cast<unsigned>(samples * 1000 / c.rate);
         const std::string path =
             folder.encode("kind.mp3", sound::sineLeft(1000), samples, c.rate, c.options, c.mono);

@@ -180,6 +180,7 @@ TEST_F(Handles, MayBeUsedByManyThreads) {
     FMOD_SOUND* const sound = player.load(tone);
     FMOD_CHANNEL* const channel = player.play(sound, true);
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int number = 0; number < 4; ++number) {
         threads.emplace_back([&, number] {
             for (unsigned int i = 0; i < 200; ++i) {

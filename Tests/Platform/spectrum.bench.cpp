@@ -4,6 +4,7 @@
 #include <kiss_fftr.h>
 
 #include <cmath>
+#include <cstddef>
 #include <vector>
 
 #include "Music.h"
@@ -14,12 +15,12 @@ namespace {
 void bareTransform(benchmark::State& state) {
     const int count = static_cast<int>(state.range(0));
     kiss_fftr_cfg transform = kiss_fftr_alloc(2 * count, 0, nullptr, nullptr);
-    std::vector<float> samples(2 * count);
+    std::vector<float> samples(static_cast<std::size_t>(2 * count));
     for (int i = 0; i < 2 * count; ++i) {
         samples[i] = std::sin(0.1F * static_cast<float>(i));
     }
     std::vector<kiss_fft_cpx> entries(count + 1);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         kiss_fftr(transform, samples.data(), entries.data());
         benchmark::DoNotOptimize(entries.data());
     }
@@ -33,16 +34,14 @@ void oneSpectrum(benchmark::State& state) {
     FMOD_CHANNEL* const channel = player.play(folder.encode("sine.mp3", sound::sineLeft(700), 3 * 44100));
     std::vector<float> values(count);
     sound::passTime(1500000);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         FMOD_Channel_GetSpectrum(channel, values.data(), count, 0, FMOD_DSP_FFT_WINDOW_TRIANGLE);
         benchmark::DoNotOptimize(values.data());
     }
 }
 
-// NOLINTBEGIN(cert-err58-cpp)
 BENCHMARK(bareTransform)->Arg(64)->Arg(512)->Arg(8192);
 BENCHMARK(oneSpectrum)->Arg(64)->Arg(512)->Arg(8192);
-// NOLINTEND(cert-err58-cpp)
 
 } // namespace
 

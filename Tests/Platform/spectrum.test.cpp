@@ -6,34 +6,11 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
-#include <new>
 #include <vector>
 
+#include "Heap.h"
 #include "Music.h"
 #include "Player.h"
-
-namespace {
-
-thread_local int allocations = 0;
-
-} // namespace
-
-// Counts what a thread takes from the heap, in this program and in the layer alike.
-void* operator new(std::size_t bytes) {
-    ++allocations;
-    void* const memory = std::malloc(bytes); // NOLINT(cppcoreguidelines-no-malloc)
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    return memory;
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t /*bytes*/) noexcept {
-    std::free(memory);
-}
 
 namespace {
 
@@ -42,7 +19,6 @@ using sound::Player;
 using sound::Sample;
 using sound::spectrum;
 using testing::Each;
-using testing::FloatNear;
 
 constexpr int rate = 44100;
 
@@ -139,7 +115,7 @@ TEST(Spectrum, RefusesWhatItCannotShowAndClearsTheValues) {
     const auto triangle = FMOD_DSP_FFT_WINDOW_TRIANGLE;
     for (const int count : {1, 32, 63, 65, 500, 513, 8191}) {
         EXPECT_EQ(ask(channel, count, 0, triangle), FMOD_ERR_ARGUMENT) << count;
-        const auto end = values.begin() + count;
+        auto* const end = values.begin() + count;
         EXPECT_THAT(std::vector<float>(values.begin(), end), Each(0.0F)) << count;
         EXPECT_THAT(std::vector<float>(end, values.end()), Each(7.0F)) << count;
     }
@@ -166,14 +142,14 @@ TEST(Spectrum, TakesNothingFromTheHeapAfterTheFirst) {
         sound::passTime(15000);
         FMOD_Channel_GetSpectrum(channel, values.data(), 512, 0, FMOD_DSP_FFT_WINDOW_TRIANGLE);
     };
-    const int atStart = allocations;
+    const int atStart = sound::allocations();
     ask();
-    const int afterFirst = allocations;
+    const int afterFirst = sound::allocations();
     EXPECT_GT(afterFirst, atStart) << "nothing is counted";
     for (int frame = 0; frame < 20; ++frame) {
         ask();
     }
-    EXPECT_EQ(allocations, afterFirst);
+    EXPECT_EQ(sound::allocations(), afterFirst);
 }
 
 } // namespace
