@@ -19,8 +19,6 @@
 #include <stdexcept>
 #include <system_error>
 
-extern "C" char** environ;
-
 namespace recorder {
 
 namespace {

@@ -191,8 +191,6 @@ Options Options::parse(const std::vector<std::string>& arguments) {
     return options;
 }
 
-const char* Options::help() {
-    return HELP;
-}
+const char* Options::help() { return HELP; }
 
 } // namespace recorder

@@ -4,6 +4,7 @@
 
 #include <unistd.h>
 
+#include <cmath>
 #include <cstdio>
 
 namespace recorder {
@@ -24,8 +25,8 @@ void ProgressLine::update(unsigned int frame) {
     framesPerSecond = framesPerSecond == 0.0 ? rate : 0.8 * framesPerSecond + 0.2 * rate;
     shownFrame = frame;
     shownTime = now;
-    const auto left = static_cast<unsigned int>((lastFrame - frame) / framesPerSecond + 0.5);
-    std::fprintf(stderr, "\r%.1f of %.1f s, %.0f frames/s, %u:%02u left\033[K", frame * FRAME_MS / 1000.0,
+    const auto left = std::lround((lastFrame - frame) / framesPerSecond);
+    std::fprintf(stderr, "\r%.1f of %.1f s, %.0f frames/s, %ld:%02ld left\033[K", frame * FRAME_MS / 1000.0,
                  (lastFrame + 1) * FRAME_MS / 1000.0, framesPerSecond, left / 60, left % 60);
 }
 

@@ -32,9 +32,7 @@ RawStream::RawStream(const FrameRange& range)
     dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
-RawStream::~RawStream() {
-    close(output);
-}
+RawStream::~RawStream() { close(output); }
 
 void RawStream::open(const FrameSize& size) {
     frameSize = size;

@@ -28,13 +28,9 @@ constexpr std::size_t QUEUE_SLOTS = 4;
 constexpr int FAILED = 1;
 constexpr int STOPPED_BY_SIGNAL = 128;
 
-void say(const std::string& line) {
-    std::fprintf(stderr, "quelar-record: %s\n", line.c_str());
-}
+void say(const std::string& line) { std::fprintf(stderr, "quelar-record: %s\n", line.c_str()); }
 
-unsigned long long soundClock() {
-    return 1000ULL * Recorder::current().getTicks();
-}
+unsigned long long soundClock() { return 1000ULL * Recorder::current().getTicks(); }
 
 std::string findTrack(const StageFolder& stage) {
     const std::filesystem::path track = stage.getPath() / "data/music/quelar.mp3";
@@ -80,9 +76,7 @@ Recorder::~Recorder() {
     recording = nullptr;
 }
 
-Recorder& Recorder::current() {
-    return *recording;
-}
+Recorder& Recorder::current() { return *recording; }
 
 int Recorder::run(const std::function<int()>& show) {
     StopRequest::listen();
@@ -120,9 +114,7 @@ void Recorder::openWindow(const FrameSize& size) {
     }
 }
 
-void Recorder::closeWindow() {
-    canvas.reset();
-}
+void Recorder::closeWindow() { canvas.reset(); }
 
 void Recorder::showFrame() {
     if (wanted(frame)) {
@@ -141,9 +133,7 @@ void Recorder::showFrame() {
     canvas->setDrawing(wanted(frame));
 }
 
-bool Recorder::wantsEscape() const {
-    return frame > lastFrame || failed || StopRequest::getSignal() != 0;
-}
+bool Recorder::wantsEscape() const { return frame > lastFrame || failed || StopRequest::getSignal() != 0; }
 
 bool Recorder::wanted(unsigned int number) const {
     return std::any_of(sinks.begin(), sinks.end(), [&](const auto& sink) { return sink->wants(number); });

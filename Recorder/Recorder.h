@@ -47,7 +47,7 @@ public:
     unsigned int getTicks() const { return ticks; }
 
 private:
-    bool wanted(unsigned int frame) const;
+    bool wanted(unsigned int number) const;
     void writeFrames();
     void stopWriting();
     int finish();

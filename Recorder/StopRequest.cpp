@@ -9,9 +9,7 @@ namespace {
 
 volatile std::sig_atomic_t received = 0;
 
-extern "C" void remember(int signal) {
-    received = signal;
-}
+extern "C" void remember(int signal) { received = signal; }
 
 } // namespace
 
@@ -24,8 +22,6 @@ void StopRequest::listen() {
     }
 }
 
-int StopRequest::getSignal() {
-    return received;
-}
+int StopRequest::getSignal() { return received; }
 
 } // namespace recorder

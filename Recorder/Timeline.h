@@ -12,14 +12,10 @@ constexpr std::array<unsigned int, 7> SCENE_STARTS = {0, 11400, 33530, 53100, 63
 constexpr unsigned int SHOW_MS = SCENE_STARTS.back();
 
 // The frame on screen at a time.
-constexpr unsigned int frameAt(unsigned int time) {
-    return time / FRAME_MS;
-}
+constexpr unsigned int frameAt(unsigned int time) { return time / FRAME_MS; }
 
 // The first frame that appears at a time or later.
-constexpr unsigned int firstFrameFrom(unsigned int time) {
-    return (time + FRAME_MS - 1) / FRAME_MS;
-}
+constexpr unsigned int firstFrameFrom(unsigned int time) { return (time + FRAME_MS - 1) / FRAME_MS; }
 
 // Frames first to last, both included.
 struct FrameRange {

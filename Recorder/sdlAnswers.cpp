@@ -21,23 +21,19 @@ SDL_Surface window{};
 
 extern "C" {
 
-int SDL_Init(Uint32 /*flags*/) {
-    return 0;
-}
+int SDL_Init(Uint32 /*flags*/) { return 0; }
 
-void SDL_Quit() {
-    Recorder::current().closeWindow();
-}
+void SDL_Quit() { Recorder::current().closeWindow(); }
 
-SDL_Surface* SDL_SetVideoMode(int width, int height, int bitsPerPixel, Uint32 flags) {
+SDL_Surface* SDL_SetVideoMode(int width, int height, int bpp, Uint32 flags) {
     try {
         Recorder::current().openWindow({static_cast<unsigned int>(width), static_cast<unsigned int>(height)});
     } catch (const std::runtime_error&) {
         // The recording knows why, and tells it when the show has ended.
         return nullptr;
     }
-    pixelFormat.BitsPerPixel = static_cast<Uint8>(bitsPerPixel);
-    pixelFormat.BytesPerPixel = static_cast<Uint8>(bitsPerPixel / 8);
+    pixelFormat.BitsPerPixel = static_cast<Uint8>(bpp);
+    pixelFormat.BytesPerPixel = static_cast<Uint8>(bpp / 8);
     window.flags = flags;
     window.format = &pixelFormat;
     window.w = width;
@@ -47,37 +43,27 @@ SDL_Surface* SDL_SetVideoMode(int width, int height, int bitsPerPixel, Uint32 fl
 
 void SDL_WM_SetCaption(const char* /*title*/, const char* /*icon*/) {}
 
-void SDL_GL_SwapBuffers() {
-    Recorder::current().showFrame();
-}
+void SDL_GL_SwapBuffers() { Recorder::current().showFrame(); }
 
 void SDL_PumpEvents() {}
 
-Uint8* SDL_GetKeyState(int* count) {
+Uint8* SDL_GetKeyState(int* numkeys) {
     static std::array<Uint8, SDLK_LAST> keys{};
     keys[SDLK_ESCAPE] = Recorder::current().wantsEscape() ? 1 : 0;
-    if (count != nullptr) {
-        *count = static_cast<int>(keys.size());
+    if (numkeys != nullptr) {
+        *numkeys = static_cast<int>(keys.size());
     }
     return keys.data();
 }
 
-Uint32 SDL_GetTicks() {
-    return Recorder::current().getTicks();
-}
+Uint32 SDL_GetTicks() { return Recorder::current().getTicks(); }
 
-void SDL_Delay(Uint32 milliseconds) {
-    Recorder::current().wait(milliseconds);
-}
+void SDL_Delay(Uint32 ms) { Recorder::current().wait(ms); }
 
 // Pictures without OpenGL are not the show's: there is nothing to record of them.
-int SDL_FillRect(SDL_Surface* /*surface*/, SDL_Rect* /*area*/, Uint32 /*colour*/) {
-    return -1;
-}
+int SDL_FillRect(SDL_Surface* /*surface*/, SDL_Rect* /*area*/, Uint32 /*colour*/) { return -1; }
 
-Uint32 SDL_MapRGB(const SDL_PixelFormat* /*format*/, Uint8 /*r*/, Uint8 /*g*/, Uint8 /*b*/) {
-    return 0;
-}
+Uint32 SDL_MapRGB(const SDL_PixelFormat* /*format*/, Uint8 /*r*/, Uint8 /*g*/, Uint8 /*b*/) { return 0; }
 
 void SDL_UpdateRect(SDL_Surface* /*surface*/, Sint32 /*x*/, Sint32 /*y*/, Uint32 /*w*/, Uint32 /*h*/) {}
 
