@@ -11,8 +11,9 @@ teardown() { stop_show; }
     stage
     start
     [ "$(picture)" = 640x480+192+144 ]
-    xdotool key q key space key Return key Up key alt+F4
+    xdotool keydown q keydown space keydown Return keydown Up keydown alt keydown F4
     sleep 0.5
+    xdotool keyup q keyup space keyup Return keyup Up keyup F4 keyup alt
     running
     escape
     ran </dev/null
