@@ -109,7 +109,7 @@ endop
 
 ; Notes. p4 voice, p5 pattern, p6 transposition in semitones, p7 level in dB.
 ; The pattern's steps share the duration equally: a note, a chord D4+F4+A4, "." to hold on, "-" to rest.
-; A bar line "|" is only there for the eye.
+; A bar line "|" takes no time; it is there for the eye, and bars of unequal length are refused.
 instr Tune
   Svoice strget p4
   Sline strget p5
@@ -117,16 +117,27 @@ instr Tune
   ilength strlen Sline
 
   isteps = 0
+  ibars = 1
+  ibar = 0
   iprevious = 32
   iat = 0
   while iat < ilength do
     inow strchar Sline, iat
-    if inow != 32 && iprevious == 32 && inow != 124 then
+    if inow == 124 then
+      ibar = (ibars == 1 ? isteps : ibar)
+      if isteps != ibars * ibar then
+        goto uneven
+      endif
+      ibars += 1
+    elseif inow != 32 && iprevious == 32 then
       isteps += 1
     endif
     iprevious = inow
     iat += 1
   od
+  if ibars > 1 && isteps != ibars * ibar then
+    goto uneven
+  endif
   istep = p3 / isteps
 
   Sheld = ""
@@ -162,6 +173,11 @@ instr Tune
     Strike Svoice, Sheld, iheld * istep, (isteps - iheld) * istep, p6, ampdb(p7)
   endif
   turnoff
+  goto played
+uneven:
+  prints "error: bars of unequal length: %s\n", Sline
+  exitnow 1
+played:
 endin
 
 ; Drum patterns. p4 voice, p5 pattern, p6 level in dB, p7 and p8 the drum's own tuning and length.
@@ -171,12 +187,25 @@ instr Beat
   Sline strget p5
   ilength strlen Sline
   isteps = 0
+  ibars = 1
+  ibar = 0
   iat = 0
   while iat < ilength do
     inow strchar Sline, iat
-    isteps += (inow == 32 || inow == 124 ? 0 : 1)
+    if inow == 124 then
+      ibar = (ibars == 1 ? isteps : ibar)
+      if isteps != ibars * ibar then
+        goto uneven
+      endif
+      ibars += 1
+    elseif inow != 32 then
+      isteps += 1
+    endif
     iat += 1
   od
+  if ibars > 1 && isteps != ibars * ibar then
+    goto uneven
+  endif
   istep = p3 / isteps
   icount = 0
   iat = 0
@@ -193,6 +222,11 @@ instr Beat
     iat += 1
   od
   turnoff
+  goto played
+uneven:
+  prints "error: bars of unequal length: %s\n", Sline
+  exitnow 1
+played:
 endin
 
 ; Opens or closes the filters of pads and arpeggios from p4 to p5.
@@ -422,12 +456,28 @@ instr Stab
   Music aleft * aenv * p5, aright * aenv * p5, 0.22, 0.18
 endin
 
+; Keys: an electric piano, hardly more than its fundamentals, so its chords fill the spikes of the lattice and
+; leave the room above to the theme.
+instr Keys
+  icps cpsmidinn p4
+  aenv linsegr 0, 0.004, 1, 0.25, 0.66, p3, 0.3, 0.1, 0
+  kindex expseg 1.1, 0.09, 0.25, 4, 0.02
+  iphase = frac(p4 * 0.382)
+  amod oscili kindex * icps, icps * 1.001
+  aleft oscili 1, icps * 1.0012 + amod, -1, iphase
+  aright oscili 1, icps * 0.9988 + amod, -1, iphase
+  atine oscili 0.1 * expseg:a(1, 0.08, 0.05, 4, 0.001), icps * 7
+  asway lfo 0.12, 2.9
+  Music (aleft + atine) * aenv * p5 * (1 + asway), (aright + atine) * aenv * p5 * (1 - asway), 0.16, 0.1
+endin
+
 ; Pluck: two-operator FM whose brightness falls with its loudness; its place depends on its note.
 instr Pluck
   icps cpsmidinn p4
   p3 = max(p3, 0.1) + 0.5
   aenv expseg 0.001, 0.003, 1, 0.22, 0.2, p3 - 0.22, 0.0005
-  kindex expseg 1.2 + 3 * i(gkOpen), 0.12, 0.4, p3, 0.05
+  isoft = 1 - limit((p4 - 69) / 30, 0, 0.75)   ; high notes are bright enough by themselves
+  kindex expseg isoft * (1.2 + 3 * i(gkOpen)), 0.12, isoft * 0.4, p3, 0.05
   apluck foscili 1, icps, 1, 2, kindex
   apluck2 foscili 0.35, icps * 1.003, 1, 5.01, kindex * 0.35
   asum butterhp (apluck + apluck2) * aenv, 200
@@ -440,12 +490,12 @@ instr Bell
   icps cpsmidinn p4
   p3 = max(p3, 0.4) + 2.2
   aenv expseg 0.001, 0.002, 1, 0.5, 0.3, p3 - 0.5, 0.0003
-  kindex expseg 2.6, 0.25, 0.7, p3, 0.05
+  kindex expseg 1.7, 0.16, 0.4, p3, 0.03
   a1 foscili 0.7, icps, 1, 3.507, kindex
   a2 foscili 0.35, icps * 2.002, 1, 1.41, kindex * 0.5
   a3 oscili 0.25 * expseg:a(1, 1.2, 0.1, p3, 0.001), icps * 0.5
   asum butterhp (a1 + a2 + a3) * aenv, 180
-  asum butterlp asum, 9000
+  asum butterlp asum, 7000
   al, ar Place asum, 0.25 + 0.5 * ((p4 * 3) % 7) / 6
   Music al * p5, ar * p5, 0.5, 0.3
 endin
@@ -515,8 +565,8 @@ instr Master
   aside butterhp (aleft - aright) * 0.5, 150
   amid butterhp amid, 22
   igain = ampdb(p4)
-  aleft = (amid + aside) * igain
-  aright = (amid - aside) * igain
+  aleft rbjeq (amid + aside) * igain, 3000, ampdb(2), 0, 0.7, 12   ; a little more light above 3 kHz
+  aright rbjeq (amid - aside) * igain, 3000, ampdb(2), 0, 0.7, 12
 
   ; The ceiling holds for every sample: the lowest gain wanted within the look-ahead, averaged over it.
   iblocks = 41
