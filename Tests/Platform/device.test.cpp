@@ -74,9 +74,11 @@ void expectTrueSpeed(const std::vector<Line>& lines, std::size_t begin, std::siz
         const double time = lines[i].time - lines[begin].time;
         const double position = lines[i].position - lines[begin].position;
         EXPECT_NEAR(position, time, 25) << i;
+        const double passed = lines[i].time - lines[i - 1].time;
         const double step = static_cast<double>(lines[i].position) - lines[i - 1].position;
-        uneven += std::abs(step - (lines[i].time - lines[i - 1].time)) > 6 ? 1 : 0;
-        EXPECT_NE(lines[i].value, lines[i - 1].value) << i;
+        uneven += std::abs(step - passed) > 6 ? 1 : 0;
+        // On a busy machine a late frame may be followed closely by the next.
+        EXPECT_TRUE(passed < 5 || lines[i].value != lines[i - 1].value) << i;
         const double seconds = lines[i].position / 1000.0;
         EXPECT_NEAR(lines[i].entry, (1000 + 1000 * seconds) * 1024 / 44100, 3) << i;
         const double loudness = lines[i].value / (0.2 + 0.2 * seconds);
@@ -141,10 +143,12 @@ TEST_F(Device, GetsTheTrackItself) {
 }
 
 TEST_F(Device, MayBeLostDuringTheShow) {
-    // The recorder runs out of space after a second.
-    const std::vector<Line> lines = play("trap '' XFSZ; ulimit -f 300; " + recorder(), "300");
+    // The recorder runs out of space after a second. A pause is possible nevertheless.
+    const std::vector<Line> lines = play("trap '' XFSZ; ulimit -f 300; " + recorder(), "300 100 120");
     EXPECT_LT(sound::read(folder.path("played.wav")).size(), 200000U);
-    expectTrueSpeed(lines, 10, 190);
+    expectTrueSpeed(lines, 10, 100);
+    EXPECT_EQ(lines[119].position, lines[100].position);
+    expectTrueSpeed(lines, 120, 190);
     EXPECT_NEAR(lines.back().position, 3000, 30);
 }
 

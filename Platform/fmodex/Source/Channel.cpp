@@ -113,21 +113,13 @@ void Channel::leaveDevice() {
     }
 }
 
-std::int64_t Channel::running() const {
-    return ticking_ ? base_ + clock_.now() - anchor_ : base_;
-}
+std::int64_t Channel::running() const { return ticking_ ? base_ + clock_.now() - anchor_ : base_; }
 
-std::int64_t Channel::heard() const {
-    return std::max(floor_, running());
-}
+std::int64_t Channel::heard() const { return std::max(floor_, running()); }
 
-std::int64_t Channel::frameAt(std::int64_t position) const {
-    return position * track_->rate() / 1000000;
-}
+std::int64_t Channel::frameAt(std::int64_t position) const { return position * track_->rate() / 1000000; }
 
-bool Channel::isOver() const {
-    return stopped_ || track_->isOver(frameAt(heard()));
-}
+bool Channel::isOver() const { return stopped_ || track_->isOver(frameAt(heard())); }
 
 void Channel::hold() {
     base_ = heard();

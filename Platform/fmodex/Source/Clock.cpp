@@ -23,6 +23,4 @@ std::int64_t Clock::now() const {
 
 } // namespace fmodex
 
-void FMOD_Clock_Set(FMOD_CLOCK microseconds) {
-    fmodex::inForce.store(microseconds);
-}
+void FMOD_Clock_Set(FMOD_CLOCK microseconds) { fmodex::inForce.store(microseconds); }

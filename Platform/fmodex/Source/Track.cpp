@@ -71,13 +71,9 @@ Track::File::File(const std::string& path)
     size_ = status.st_size;
 }
 
-Track::File::~File() {
-    ::close(descriptor_);
-}
+Track::File::~File() { ::close(descriptor_); }
 
-void Track::CloseDecoder::operator()(mpg123_handle_struct* decoder) const {
-    mpg123_delete(decoder);
-}
+void Track::CloseDecoder::operator()(mpg123_handle_struct* decoder) const { mpg123_delete(decoder); }
 
 Track::Track(const std::string& path, bool patient) : patient_(patient), file_(path) {
     openDecoder();
