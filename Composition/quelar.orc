@@ -594,7 +594,7 @@ instr Master
   aout2 delay aright, (iblocks * ksmps) / sr
 
   ; The picture is black at 103.2 s: by then the hall has all but gone, and the file ends in silence.
-  kfade linseg 1, 99.5, 1, 3.2, 0.25, 0.6, 0.05, 1.2, 0, 1, 0
+  kfade linseg 1, 98.5, 1, 2.7, 0.6, 1.8, 0.12, 0.5, 0.03, 1, 0, 1, 0
   outs aout1 * again * kfade, aout2 * again * kfade
 
   clear gaMusicL, gaMusicR, gaDrumsL, gaDrumsR, gaHallL, gaHallR, gaEchoL, gaEchoR, gaSlowL, gaSlowR

@@ -7,6 +7,8 @@
 ;
 ; Tune:  voice, pattern, transposition, level in dB        (pattern language: see Tune and Beat in quelar.orc)
 ; Beat:  drum, pattern, level in dB, tuning, length
+; Riser: amplitude, lowest and highest frequency      Air: the same, from and to      Swell: amplitude
+; Open:  how far the filters are open, from and to     Depth: how far the music ducks under the drums
 
 t 0 84.2105  16 84.2105  16 86.7600  48 86.7600  48 86.0215  76 86.0215  76 1500  77 1500  77 95.3327  93 95.3327  93 95.8084  117 95.8084  117 96  161 96
 
@@ -70,10 +72,10 @@ b 16
 i "Depth"  0 1    0.7
 i "Open"   0 16   0.3 0.6
 i "Open"  16 16   0.5 0.85
-i "Beat"   0 2    "Crash"  "X" -9 0.3 2.6
-i "Beat"   8 2    "Crash"  "X" -15 0.6 1.6
-i "Beat"  16 2    "Crash"  "X" -9 0.3 2.6
-i "Beat"  24 2    "Crash"  "X" -15 0.6 1.6
+i "Beat"   0 2    "Crash"  "X" -11.5 0.3 2.6
+i "Beat"   8 2    "Crash"  "X" -17.5 0.6 1.6
+i "Beat"  16 2    "Crash"  "X" -11.5 0.3 2.6
+i "Beat"  24 2    "Crash"  "X" -17.5 0.6 1.6
 i "Beat"   0 4    "Impact" "X" -5 44 0.2
 i "Beat"   0 16   "Kick"   "x.........x.....|x.........x.....|x..x......x.....|x.........x..x.." -2.5 52 0.06
 i "Beat"  16 12   "Kick"   "x.........x.....|x.........x.....|x..x......x....." -2.5 52 0.06
@@ -102,10 +104,10 @@ i "Tune"  16 4    "Pluck"  $ARP1 0 -18.5
 i "Tune"  20 4    "Pluck"  $ARP2 0 -18.5
 i "Tune"  24 4    "Pluck"  $ARP3 0 -18.5
 i "Tune"  28 4    "Pluck"  $ARP4 0 -18.5
-i "Tune"   0 4    "Keys"   $DUB1 0 -18
-i "Tune"   4 4    "Keys"   $DUB2 0 -18
-i "Tune"   8 4    "Keys"   $DUB3 0 -18
-i "Tune"  12 4    "Keys"   $DUB4 0 -18
+i "Tune"   0 4    "Keys"   $DUB1 0 -18.8
+i "Tune"   4 4    "Keys"   $DUB2 0 -18.8
+i "Tune"   8 4    "Keys"   $DUB3 0 -18.8
+i "Tune"  12 4    "Keys"   $DUB4 0 -18.8
 i "Tune"  16 4    "Keys"   $DUB1 0 -18
 i "Tune"  20 4    "Keys"   $DUB2 0 -18
 i "Tune"  24 4    "Keys"   $DUB3 0 -18
@@ -152,29 +154,29 @@ i "Swell" 26 2    0.14
 b 77
 i "Depth"  0 1    0.6
 i "Open"   0 16   0.6 0.9
-i "Beat"   0 2    "Crash"  "X" -8 0.3 2.6
-i "Beat"   8 2    "Crash"  "X" -9 0.3 2.6
-i "Beat"   0 4    "Impact" "X" -6 40 0.2
+i "Beat"   0 2    "Crash"  "X" -11 0.3 2.6
+i "Beat"   8 2    "Crash"  "X" -12 0.3 2.6
+i "Beat"   0 4    "Impact" "X" -10 40 0.2
 i "Beat"   0 16   "Kick"   "X...X...X..X..X.|X...X...X..X....|X...X...X..X..X.|X...X...X...X..." -4 86 0.045
 i "Beat"   0 16   "Clap"   "....X.......X...|....X.......X..x|....X.......X...|....X.......X..x" -6 0.5 0.12
-i "Beat"   0 16   "Snare"  "....X.......X...|....X.......X..o|....X.......X...|....X.....o.XxXX" -6 220 0.11
+i "Beat"   0 16   "Snare"  "....X.......X...|....X.......X..o|....X.......X...|....X.....o.xxxX" -6 220 0.11
 i "Beat"   0 16   "Hat"    "x.oxx.oxx.oxx.ox|x.oxx.oxx.oxx.ox|x.oxx.oxx.oxx.ox|x.oxx.oxx.oxx.ox" -7 0.62 0.045
 i "Beat"   0 16   "Hat"    "..x...x...x...x.|..x...x...x...x.|..x...x...x...x.|..x...x...x...x." -9 0.35 0.18
 i "Tune"   0 8    "Sub"    "D1 . . - D1 . D1 . | C1 . . - C1 . C1 ." 0 -14
 i "Tune"   8 8    "Sub"    "Bb0 . . - Bb0 . Bb0 . | A0 . . - A0 . A0 ." 0 -14
-i "Tune"   0 4    "Drive"  "D3 - D3 D3 - D3 D4 - D3 D3 - D3 - D3 A3 C4" 0 -8.5
-i "Tune"   4 4    "Drive"  "C3 - C3 C3 - C3 C4 - C3 C3 - C3 - C3 G3 A3" 0 -8.5
-i "Tune"   8 4    "Drive"  "Bb2 - Bb2 Bb2 - Bb2 Bb3 - Bb2 Bb2 - Bb2 - Bb2 F3 A3" 0 -8.5
-i "Tune"  12 4    "Drive"  "A2 - A2 A2 - A2 A3 - A2 A2 - A2 - Cs3 E3 G3" 0 -8.5
-i "Tune"   0 4    "Stab"   "D4+F4+A4+E5 . - D4+F4+A4+E5 . - D4+F4+A4+E5 - - - - - D4+F4+A4+E5 . - -" 0 -12
-i "Tune"   4 4    "Stab"   "C4+E4+G4+D5 . - C4+E4+G4+D5 . - C4+E4+G4+D5 - - - - - C4+E4+A4+D5 . - -" 0 -12
-i "Tune"   8 4    "Stab"   "Bb3+D4+F4+E5 . - Bb3+D4+F4+E5 . - Bb3+D4+F4+A4 - - - - - Bb3+D4+A4+E5 . - -" 0 -12
-i "Tune"  12 4    "Stab"   "A3+D4+E4+G4 . - A3+D4+E4+G4 . - A3+Cs4+E4+G4 - - - - - A3+Cs4+E4+G4 . - -" 0 -12
-i "Tune"   8 8    "Pad"    "Bb2+F3+A3+D4+E4 . | A2+E3+G3+D4+E4 A2+E3+G3+Cs4+E4" 0 -20
-i "Tune"   0 4    "Pluck"  $ARP1 12 -18.5
-i "Tune"   4 4    "Pluck"  $ARP2 12 -18.5
-i "Tune"   8 4    "Pluck"  $ARP3 12 -18.5
-i "Tune"  12 4    "Pluck"  $ARP4 12 -18.5
+i "Tune"   0 4    "Drive"  "D3 - D3 D3 - D3 D4 - D3 D3 - D3 - D3 A3 C4" 0 -7.5
+i "Tune"   4 4    "Drive"  "C3 - C3 C3 - C3 C4 - C3 C3 - C3 - C3 G3 A3" 0 -7.5
+i "Tune"   8 4    "Drive"  "Bb2 - Bb2 Bb2 - Bb2 Bb3 - Bb2 Bb2 - Bb2 - Bb2 F3 A3" 0 -7.5
+i "Tune"  12 4    "Drive"  "A2 - A2 A2 - A2 A3 - A2 A2 - A2 - Cs3 E3 G3" 0 -7.5
+i "Tune"   0 4    "Stab"   "D4+F4+A4+E5 . - D4+F4+A4+E5 . - D4+F4+A4+E5 - - - - - D4+F4+A4+E5 . - -" 0 -10.5
+i "Tune"   4 4    "Stab"   "C4+E4+G4+D5 . - C4+E4+G4+D5 . - C4+E4+G4+D5 - - - - - C4+E4+A4+D5 . - -" 0 -10.5
+i "Tune"   8 4    "Stab"   "Bb3+D4+F4+E5 . - Bb3+D4+F4+E5 . - Bb3+D4+F4+A4 - - - - - Bb3+D4+A4+E5 . - -" 0 -10.5
+i "Tune"  12 4    "Stab"   "A3+D4+E4+G4 . - A3+D4+E4+G4 . - A3+Cs4+E4+G4 - - - - - A3+Cs4+E4+G4 . - -" 0 -10.5
+i "Tune"   0 16   "Pad"    $CHORDS 0 -19
+i "Tune"   0 4    "Pluck"  $ARP1 12 -17.5
+i "Tune"   4 4    "Pluck"  $ARP2 12 -17.5
+i "Tune"   8 4    "Pluck"  $ARP3 12 -17.5
+i "Tune"  12 4    "Pluck"  $ARP4 12 -17.5
 i "Tune"   0 8    "Lead"   "- - - - - - - - A4 . . D5 . . E5 . | E5 . . . - - - - G4 . . C5 . . D5 ." 0 -8
 i "Tune"   8 8    "Lead"   "D5 . . . - - - - A4 . . D5 . . E5 . | G5 . . . E5 . D5 . Cs5 . . E5 . . G5 ." 0 -8
 i "Riser" 12 4    0.25 400 8000
@@ -186,8 +188,8 @@ b 93
 i "Depth"  0 1    0.5
 i "Open"   0 16   0.75 0.95
 i "Open"  16 8    0.95 0.6
-i "Beat"   0 2    "Crash"  "X" -8 0.3 2.6
-i "Beat"  16 2    "Crash"  "X" -9 0.3 2.6
+i "Beat"   0 2    "Crash"  "X" -10.5 0.3 2.6
+i "Beat"  16 2    "Crash"  "X" -11.5 0.3 2.6
 i "Beat"   0 12   "Kick"   "X..X..X...X.....|X..X..X...X..X..|X..X..X...X....." -5.2 70 0.024
 i "Beat"  12 12   "Kick"   "X..X..X...X.X...|X..X..X...X.....|X..X..X...X....." -5.2 70 0.024
 i "Beat"   0 12   "Clap"   "....X.......X...|....X.......X..x|....X.......X..." -3 0.5 0.12
@@ -239,10 +241,10 @@ b 117
 i "Depth"  0 1    0.5
 i "Open"   0 16   0.7 0.6
 i "Open"  16 24   0.6 0.05
-i "Beat"   0 2    "Crash"  "X" -7 0.3 3
-i "Beat"  16 2    "Crash"  "X" -11 0.3 3
-i "Beat"   0 4    "Impact" "X" -6 40 0.2
-i "Beat"   0 16   "Kick"   "X.....X...X..X..|X.....X...X..X..|X.....X...X..X..|X.....X...X.X..." -4 84 0.052
+i "Beat"   0 2    "Crash"  "X" -10 0.3 3
+i "Beat"  16 2    "Crash"  "X" -14 0.3 3
+i "Beat"   0 4    "Impact" "X" -10 40 0.2
+i "Beat"   0 16   "Kick"   "X.....X...X..X..|X.....X...X..X.X|X..X..X...X..X..|X.....X...X.X..." -4 84 0.052
 i "Beat"  16 12   "Kick"   "X.....X...x.....|X.........x.....|x.........x....." -4 84 0.052
 i "Beat"   0 16   "Snare"  "........X.......|........X.......|........X.......|........X.....xX" -2 200 0.16
 i "Beat"  16 8    "Snare"  "........x.......|........x......." -6 200 0.16
@@ -254,7 +256,7 @@ i "Tune"   0 8    "Drive"  "D3 . . - D3 . D3 - | C3 . . - C3 . C3 -" 0 -12
 i "Tune"   8 8    "Drive"  "Bb2 . . - Bb2 . Bb2 - | A2 . . - A2 . Cs3 -" 0 -12
 i "Tune"   0 16   "Pad"    $CHORDS 0 -15.5
 i "Tune"  16 16   "Pad"    "D3+A3+C4+E4+F4 | C3+G3+A3+D4+E4 | Bb2+F3+A3+D4+E4 | A2+E3+G3+Cs4+E4" 0 -16.5
-i "Tune"  32 8    "Pad"    "D3+A3+E4+Fs4" 0 -16.5
+i "Tune"  32 8    "Pad"    "D3+A3+E4+Fs4" 0 -15
 i "Tune"   0 16   "Lead"   "F4 . . A4 . . C5 . D5 . . C5 . . A4 . | A4 . . . . . E4 . D4 . . . Cs4 . . ." 0 -16.5
 i "Tune"   0 16   "Lead"   $ASK 0 -8.5
 i "Tune"   0 4    "Pluck"  $FALL1 0 -15.5

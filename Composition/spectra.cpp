@@ -230,7 +230,7 @@ void checkFlight(Table& table, const Performance& performance) {
         variance += now * now;
     }
     table.row("spikes follow the beat: likeness to the next bar 0.5 or more",
-              number(covariance / variance, 2), covariance >= 0.5 * variance);
+              number(covariance / variance, 2), variance > 0 && covariance >= 0.5 * variance);
 }
 
 void checkGreetings(Table& table, const Performance& performance) {
