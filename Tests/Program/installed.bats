@@ -1,0 +1,49 @@
+# The show as it is installed, by a package for the system or unpacked from the archive, and moved since.
+
+bats_require_minimum_version 1.5.0
+load screen
+
+setup_file() { open_screen; }
+teardown_file() { close_screen; }
+teardown() { stop_show; }
+
+# Installs that part of the program, moves it, and goes where nothing is.
+install_and_move() {
+    cmake --install "${QUELAR_BUILD:-$root/build}" --prefix "$BATS_TEST_TMPDIR/first" --component "$1" >/dev/null
+    mkdir "$BATS_TEST_TMPDIR/nowhere"
+    cd "$BATS_TEST_TMPDIR/nowhere"
+    place="$BATS_TEST_TMPDIR/a second place"
+    mv ../first "$place"
+}
+
+# The command plays and the other one records, here and without an environment.
+plays_and_records() {
+    play_show env -i DISPLAY="$DISPLAY" "$1"
+    ran </dev/null
+    env -i "$1-record" --size 16x16 --to 0.1 - >frames
+    [ "$(wc -c <frames)" -ge $((16 * 16 * 3)) ]
+    [ "$(ls)" = frames ]
+}
+
+@test "the system's commands play and record from anywhere" {
+    install_and_move system
+    plays_and_records "$place/games/quelar"
+    ln -s "$place/games/quelar" ../linked
+    play_show ../linked
+    ran </dev/null
+    desktop=$place/share/applications/quelar.desktop
+    [ -x "$place/games/$(sed -n 's/^Exec=//p' "$desktop")" ]
+    [ -s "$place/share/icons/hicolor/scalable/apps/$(sed -n 's/^Icon=//p' "$desktop").svg" ]
+    man=$place/share/man/man6
+    gzip -dc "$man/quelar.6.gz" | grep -q '^\.SH NAME'
+}
+
+@test "the archive plays and records where it was unpacked" {
+    install_and_move archive
+    plays_and_records "$place/quelar"
+    [ "$(cd "$place" && echo *)" = 'LICENSE data file_id.diz programs quelar quelar-record quelar.nfo' ]
+    run ! grep -q '@' "$place/quelar.nfo" "$place/file_id.diz"
+    # a diz fits into 45 columns, a nfo into 80
+    run ! grep -qE '^.{46}' "$place/file_id.diz"
+    run ! grep -qE '^.{81}' "$place/quelar.nfo"
+}
