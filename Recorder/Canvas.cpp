@@ -1,8 +1,7 @@
 #include "Canvas.h"
 
-#include <GL/glew.h>
-
 #include <EGL/eglext.h>
+#include <GL/gl.h>
 
 #include <array>
 #include <cstdlib>
@@ -75,9 +74,19 @@ void Canvas::read(unsigned char* pixels) const {
 }
 
 void Canvas::setDrawing(bool on) {
-    if (on != drawing) {
-        (on ? glDisable : glEnable)(GL_RASTERIZER_DISCARD);
-        drawing = on;
+    if (on == (nothingSeen == 0)) {
+        return;
+    }
+    if (on) {
+        glEndConditionalRender();
+        glDeleteQueries(1, &nothingSeen);
+        nothingSeen = 0;
+    } else {
+        // All drawing is made to depend on whether something was seen just now, when nothing was drawn.
+        glGenQueries(1, &nothingSeen);
+        glBeginQuery(GL_SAMPLES_PASSED, nothingSeen);
+        glEndQuery(GL_SAMPLES_PASSED);
+        glBeginConditionalRender(nothingSeen, GL_QUERY_WAIT);
     }
 }
 

@@ -31,7 +31,7 @@ private:
     EGLDisplay display = EGL_NO_DISPLAY;
     EGLSurface surface = EGL_NO_SURFACE;
     EGLContext context = EGL_NO_CONTEXT;
-    bool drawing = true;
+    unsigned int nothingSeen = 0; // the OpenGL query that says so, while drawing is off
 };
 
 } // namespace recorder

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace recorder {
@@ -50,20 +51,11 @@ ContactSheet::ContactSheet(const std::string& file, const std::string& folder)
 void ContactSheet::open(const FrameSize& size) {
     const std::string grid = std::to_string(PER_SCENE) + "x" + std::to_string(COUNT / PER_SCENE);
     Arguments arguments = frameInput(size);
-    const std::initializer_list<std::string> output = {
-        "-vf",
-        "vflip,scale='min(320,iw)':-1:flags=area,tile=" + grid + ":margin=4:padding=4:color=0x202020",
-        "-frames:v",
-        "1",
-        "-pix_fmt",
-        "rgb24",
-        "-c:v",
-        "png",
-        "-f",
-        "image2pipe",
-        "file:" + workingCopy};
-    arguments.insert(arguments.end(), output);
-    encoder = std::make_unique<Encoder>(arguments);
+    arguments.insert(
+        arguments.end(),
+        {"-vf", "vflip,scale='min(320,iw)':-1:flags=area,tile=" + grid + ":margin=4:padding=4:color=0x202020",
+         "-frames:v", "1", "-pix_fmt", "rgb24", "-c:v", "png", "-f", "image2pipe"});
+    encoder = std::make_unique<Encoder>(std::move(arguments), workingCopy, getName());
 }
 
 bool ContactSheet::wants(unsigned int frame) const {
@@ -86,8 +78,8 @@ std::string ContactSheet::finish() {
         Arguments arguments = {"-nostdin", "-loglevel",          "error", "-xerror", "-y",
                                "-i",       "file:" + workingCopy};
         arguments.insert(arguments.end(), way.begin(), way.end());
-        arguments.insert(arguments.end(), {"-f", "image2pipe", "file:" + draft.getDraft()});
-        Encoder(arguments).finish();
+        arguments.insert(arguments.end(), {"-f", "image2pipe"});
+        Encoder(std::move(arguments), draft.getDraft(), getName()).finish();
         const auto bytes = std::filesystem::file_size(draft.getDraft());
         if (bytes < MOST_BYTES) {
             draft.publish();

@@ -18,6 +18,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 namespace recorder {
 
@@ -26,13 +27,6 @@ namespace {
 constexpr const char* PROGRAM = "ffmpeg";
 // Room for a frame of 640x480, so that both sides get on with their work. More may not be allowed.
 constexpr int PIPE_BYTES = 1 << 20;
-
-std::string firstLineOf(int file) {
-    std::array<char, 400> text{};
-    const ssize_t length = pread(file, text.data(), text.size(), 0);
-    const std::string lines(text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
-    return lines.substr(0, lines.find('\n'));
-}
 
 pid_t start(const std::vector<std::string>& arguments, int input, int log) {
     std::vector<char*> argv{const_cast<char*>(PROGRAM)};
@@ -79,7 +73,9 @@ bool Encoder::isInstalled() {
     return false;
 }
 
-Encoder::Encoder(const std::vector<std::string>& arguments) {
+Encoder::Encoder(std::vector<std::string> arguments, const std::string& file, std::string name)
+    : output("file:" + file), name(std::move(name)) {
+    arguments.push_back(output);
     std::array<int, 2> ends{-1, -1};
     log = memfd_create("encoder", MFD_CLOEXEC);
     if (log < 0 || pipe2(ends.data(), O_CLOEXEC) != 0) {
@@ -119,10 +115,6 @@ void Encoder::write(const std::vector<unsigned char>& bytes) {
 void Encoder::finish() {
     close(input);
     input = -1;
-    wait();
-}
-
-void Encoder::wait() {
     int status = 0;
     while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
@@ -132,8 +124,17 @@ void Encoder::wait() {
                                  std::to_string(WTERMSIG(status)));
     }
     if (WEXITSTATUS(status) != 0) {
-        throw std::runtime_error("the encoder (ffmpeg) failed: " + firstLineOf(log));
+        throw std::runtime_error("the encoder (ffmpeg) failed: " + getComplaint());
     }
+}
+
+std::string Encoder::getComplaint() const {
+    std::array<char, 400> text{};
+    const ssize_t length = pread(log, text.data(), text.size(), 0);
+    std::string line(text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+    line.resize(std::min(line.find('\n'), line.size()));
+    const std::size_t place = line.find(output);
+    return place == std::string::npos ? line : line.replace(place, output.size(), name);
 }
 
 std::vector<std::string> frameInput(const FrameSize& size) {

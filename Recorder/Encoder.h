@@ -14,8 +14,9 @@ class Encoder {
 public:
     static bool isInstalled();
 
-    // Starts it with these arguments. Every failure from here on is a std::runtime_error with one line.
-    explicit Encoder(const std::vector<std::string>& arguments);
+    // Starts it with these arguments, to write to a file that the user knows by another name. Every failure
+    // from here on is a std::runtime_error with one line.
+    Encoder(std::vector<std::string> arguments, const std::string& file, std::string name);
     // An encoder that wasn't finished is killed: nobody wants its file.
     ~Encoder();
     Encoder(const Encoder&) = delete;
@@ -27,8 +28,10 @@ public:
     void finish();
 
 private:
-    void wait();
+    std::string getComplaint() const;
 
+    std::string output; // as FFmpeg is told
+    std::string name;
     pid_t process = -1;
     int input = -1;
     int log = -1; // what FFmpeg has to say, in memory

@@ -1,16 +1,15 @@
 #include "StillPicture.h"
 
 #include "Encoder.h"
-#include "describe.h"
+#include <utility>
 
 namespace recorder {
 
 void StillPicture::take(const Frame& shown) {
     std::vector<std::string> arguments = frameInput(frameSize);
-    const std::initializer_list<std::string> output = {
-        "-vf", "vflip", "-pix_fmt", "rgb24", "-c:v", "png", "-f", "image2pipe", "file:" + draft.getDraft()};
-    arguments.insert(arguments.end(), output);
-    Encoder encoder(arguments);
+    arguments.insert(arguments.end(),
+                     {"-vf", "vflip", "-pix_fmt", "rgb24", "-c:v", "png", "-f", "image2pipe"});
+    Encoder encoder(std::move(arguments), draft.getDraft(), getName());
     encoder.write(shown.pixels);
     encoder.finish();
     taken = true;

@@ -1,7 +1,6 @@
 #include "StopRequest.h"
 
 #include <csignal>
-#include <initializer_list>
 
 namespace recorder {
 
@@ -17,8 +16,13 @@ void StopRequest::listen() {
     struct sigaction action {};
     action.sa_handler = remember;
     action.sa_flags = SA_RESTART;
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        sigaction(signal, &action, nullptr);
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+    // Whoever starts a program to go on without its terminal has this one ignored already.
+    struct sigaction hangUp {};
+    sigaction(SIGHUP, nullptr, &hangUp);
+    if (hangUp.sa_handler != SIG_IGN) {
+        sigaction(SIGHUP, &action, nullptr);
     }
 }
 

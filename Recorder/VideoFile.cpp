@@ -30,8 +30,8 @@ void VideoFile::open(const FrameSize& size) {
     add({"-vf",
          "vflip,pad=ceil(iw/2)*2:ceil(ih/2)*2,scale=out_color_matrix=bt709:out_range=tv,format=yuv420p"});
     add({"-colorspace", "bt709", "-color_primaries", "bt709", "-color_trc", "bt709", "-color_range", "tv"});
-    add({"-movflags", "+faststart", "-f", "mp4", "file:" + draft.getDraft()});
-    encoder = std::make_unique<Encoder>(arguments);
+    add({"-movflags", "+faststart", "-f", "mp4"});
+    encoder = std::make_unique<Encoder>(std::move(arguments), draft.getDraft(), getName());
 }
 
 void VideoFile::take(const Frame& frame) {

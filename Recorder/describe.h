@@ -3,18 +3,18 @@
 #include "FrameSize.h"
 #include "Timeline.h"
 
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <string>
 
 namespace recorder {
 
-// Texts for the summary lines: "6880 frames, 103.20 s of 640x480", "24.1 MB".
+// Texts for the summary lines: "6880 frames, 103.2 s of 640x480", "24.1 MB".
 inline std::string describeFrames(unsigned int frames, const FrameSize& size) {
-    const unsigned int hundredths = frames * FRAME_MS / 10;
-    const std::string cents = std::to_string(100 + hundredths % 100).substr(1);
-    return std::to_string(frames) + " frames, " + std::to_string(hundredths / 100) + "." + cents + " s of " +
-           size.text();
+    std::array<char, 32> seconds{};
+    std::snprintf(seconds.data(), seconds.size(), "%g", frames * FRAME_MS / 1000.0);
+    return std::to_string(frames) + " frames, " + seconds.data() + " s of " + size.text();
 }
 
 inline std::string describeBytes(std::uintmax_t bytes) {

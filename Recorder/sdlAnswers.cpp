@@ -10,6 +10,7 @@
 #include <array>
 #include <stdexcept>
 
+using recorder::FrameSize;
 using recorder::Recorder;
 
 namespace {
@@ -26,8 +27,11 @@ int SDL_Init(Uint32 /*flags*/) { return 0; }
 void SDL_Quit() { Recorder::current().closeWindow(); }
 
 SDL_Surface* SDL_SetVideoMode(int width, int height, int bpp, Uint32 flags) {
+    // A side of 0 stands for the screen's own size. There is no screen: the show's usual size it is.
+    const FrameSize size{width > 0 ? static_cast<unsigned int>(width) : 640U,
+                         height > 0 ? static_cast<unsigned int>(height) : 480U};
     try {
-        Recorder::current().openWindow({static_cast<unsigned int>(width), static_cast<unsigned int>(height)});
+        Recorder::current().openWindow(size);
     } catch (const std::runtime_error&) {
         // The recording knows why, and tells it when the show has ended.
         return nullptr;
@@ -36,8 +40,8 @@ SDL_Surface* SDL_SetVideoMode(int width, int height, int bpp, Uint32 flags) {
     pixelFormat.BytesPerPixel = static_cast<Uint8>(bpp / 8);
     window.flags = flags;
     window.format = &pixelFormat;
-    window.w = width;
-    window.h = height;
+    window.w = static_cast<int>(size.width);
+    window.h = static_cast<int>(size.height);
     return &window;
 }
 
