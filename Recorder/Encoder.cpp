@@ -124,7 +124,7 @@ void Encoder::finish() {
                                  std::to_string(WTERMSIG(status)));
     }
     if (WEXITSTATUS(status) != 0) {
-        throw std::runtime_error("the encoder (ffmpeg) failed: " + getComplaint());
+        throw std::runtime_error("can't write " + name + ": ffmpeg says '" + getComplaint() + "'");
     }
 }
 

@@ -17,6 +17,10 @@ void ProgressLine::update(unsigned int frame) {
         return;
     }
     const Clock::time_point now = Clock::now();
+    if (frame == 0) {
+        shownTime = now; // what came before was not frames
+        return;
+    }
     const double elapsed = std::chrono::duration<double>(now - shownTime).count();
     if (elapsed < 0.25) {
         return;

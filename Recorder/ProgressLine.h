@@ -22,7 +22,7 @@ private:
     bool visible;
     unsigned int lastFrame;
     unsigned int shownFrame = 0; // when the line was last written
-    Clock::time_point shownTime = Clock::now();
+    Clock::time_point shownTime;
     double framesPerSecond = 0.0;
 };
 

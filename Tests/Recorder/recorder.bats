@@ -107,7 +107,7 @@ END
     [ "$(stat -c %s whole.rgb)" -eq $((100 * frame)) ]
     cmp whole.rgb again.rgb
     tail -c +$((80 * frame + 1)) whole.rgb | cmp - part.rgb
-    ! cmp -s late.rgb other.rgb
+    run ! cmp -s late.rgb other.rgb
 }
 
 @test "stills and bare frames show what the video shows" {
@@ -116,7 +116,7 @@ END
     ffmpeg -v error -i early.png -f rawvideo -pix_fmt rgb24 still.rgb
     head -c $((64 * 48 * 3)) frames.rgb | cmp - still.rgb
     [ "$(tr -d '\0' <still.rgb | wc -c)" -gt 300 ]
-    ! cmp -s early.png late.png
+    run ! cmp -s early.png late.png
     record --from 4.5 --to 4.51 video.mp4
     ffmpeg -v info -i video.mp4 -i late.png -lavfi '[1:v]format=yuv420p[b];[0:v][b]psnr' -f null - 2>&1 |
         grep -oP 'PSNR.*average:\K[0-9]+' | { read -r average; [ "$average" -ge 30 ]; }
@@ -150,7 +150,7 @@ END
 
 @test "a full disk ends it with one line and no file" {
     within() { (trap '' XFSZ; ulimit -f "$1"; shift; record "$@"); }
-    fails 1 "ffmpeg) failed: " within 20 --to 2 full.mp4
+    fails 1 "can't write full.mp4: ffmpeg says" within 20 --to 2 full.mp4
     run --separate-stderr eval '"$RECORDER" --data "$ROOT/data" --size 64x48 --to 0.5 - >/dev/full'
     [ "$status" -eq 1 ]
     [ "${stderr_lines[-1]}" = "quelar-record: can't write to standard output: No space left on device" ]
@@ -183,6 +183,17 @@ END
         grep -qF "$frames frames" summary
         awk -v n="$frames" -v d="$(probe $signal.mp4 a:0 duration)" 'BEGIN { exit !(d >= n * 0.015 - 0.001) }'
     done
+}
+
+@test "a terminal is shown how far it is, and left clean for the summary" {
+    script -qec "'$RECORDER' --data '$ROOT/data' --size 64x48 --from 25 --to 30 video.mp4 >/dev/null" /dev/null |
+        tr '\r' '\n' | grep . >shown
+    grep -q 'of 30.0 s' shown
+    wrong=$(grep left shown | grep -cvE '^[0-9]+\.[0-9] of 30\.0 s, [1-9][0-9]* frames/s, [0-9]:[0-5][0-9] left.\[K$') || true
+    [ "$wrong" -eq 0 ]
+    [[ $(tail -n 1 shown) == $'\e[K'"quelar-record: 333 frames"* ]]
+    record --to 2 video.mp4 2>quiet
+    run ! grep left quiet
 }
 
 @test "a failing show keeps its status and message, and leaves no file" {
