@@ -123,6 +123,7 @@ std::vector<double> medians(const std::vector<Show>& shows, std::vector<double> 
     std::vector<double> result;
     for (std::size_t i = 0; i < (shows.front().*values).size(); ++i) {
         std::vector<double> all;
+        all.reserve(shows.size());
         for (const Show& show : shows) {
             all.push_back((show.*values)[i]);
         }
@@ -213,5 +214,5 @@ void SDL_Quit() { frameStart = Clock::time_point(); }
 
 Uint32 SDL_GetTicks() { return now; }
 
-void SDL_Delay(Uint32 milliseconds) { now += milliseconds; }
+void SDL_Delay(Uint32 ms) { now += ms; }
 }

@@ -85,20 +85,20 @@ void glTexImage2D(GLenum /*target*/, GLint /*level*/, GLint /*inside*/, GLsizei 
                   GLint /*border*/, GLenum /*format*/, GLenum /*type*/, const void* /*pixels*/) {}
 
 int SDL_Init(Uint32 /*flags*/) { return 0; }
-SDL_Surface* SDL_SetVideoMode(int width, int height, int /*bitsPerPixel*/, Uint32 /*flags*/) {
+SDL_Surface* SDL_SetVideoMode(int width, int height, int /*bpp*/, Uint32 /*flags*/) {
     static SDL_Surface window{};
     window.w = width;
     window.h = height;
     return &window;
 }
 void SDL_WM_SetCaption(const char* /*title*/, const char* /*icon*/) {}
-int SDL_FillRect(SDL_Surface* /*surface*/, SDL_Rect* /*area*/, Uint32 /*colour*/) { return 0; }
+int SDL_FillRect(SDL_Surface* /*dst*/, SDL_Rect* /*dstrect*/, Uint32 /*color*/) { return 0; }
 Uint32 SDL_MapRGB(const SDL_PixelFormat* /*format*/, Uint8 /*r*/, Uint8 /*g*/, Uint8 /*b*/) { return 0; }
 void SDL_UpdateRect(SDL_Surface* /*surface*/, Sint32 /*x*/, Sint32 /*y*/, Uint32 /*w*/, Uint32 /*h*/) {}
 void SDL_PumpEvents() {}
-Uint8* SDL_GetKeyState(int* count) {
+Uint8* SDL_GetKeyState(int* numkeys) {
     static Uint8 keys[SDLK_LAST] = {};
-    *count = SDLK_LAST;
+    *numkeys = SDLK_LAST;
     return keys;
 }
 }

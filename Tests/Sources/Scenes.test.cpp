@@ -372,7 +372,8 @@ struct Act : Scene {
     ~Act() override { story += call("", "deleted", name); }
     void setSceneRender() override { story += call("", "view", name); }
     void draw(Window* /*pWindow*/) override { story += call("", stage().drawings.size(), "draw", name); }
-    bool update(const Camera& /*camera*/, Grid* /*pGrid*/, Music* /*pMusic*/, unsigned int time) override {
+    bool update(const Camera& /*camera*/, Grid* pGrid, Music* /*pMusic*/, unsigned int time) override {
+        pGrid->makeElevation(0, 0, 3, 5);
         story += call("", time, name);
         return --length > 0;
     }
@@ -399,6 +400,7 @@ TEST_F(SceneTest, managerPlaysOneSceneAfterTheOther) {
         EXPECT_EQ(manager.getCurrentScene()->getFadeValue() + manager.getCurrentScene()->getPulseValue(), 0);
         manager.draw(nullptr);
         manager.draw(nullptr);
+        EXPECT_EQ(stage().drawings.at(2).points[0].position.y, 3); // as the scene before left it
         EXPECT_FALSE(manager.update(camera, &music, 6));
         EXPECT_TRUE(manager.update(camera, &music, 7));
     }

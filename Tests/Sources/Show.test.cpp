@@ -56,6 +56,10 @@ TEST_F(Show, goesByTheSeedAndTheMusicAloneToItsEnd) {
     EXPECT_EQ(err(), "");
     EXPECT_EQ(stage().liveObjects, 0);
     EXPECT_NEAR(stage().now, 106000, 4000);
+    srandom(42);
+    for (const int number : stage().drawn) {
+        ASSERT_EQ(number, random());
+    }
     const std::uint64_t hash = play(1000);
     EXPECT_EQ(play(0xFFFFFFFF - 50005), hash); // across the wrap of the clock
 

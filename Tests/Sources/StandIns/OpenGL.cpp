@@ -9,6 +9,11 @@
 #include "StandIns/Stage.h"
 
 namespace {
+template <typename... Arguments>
+void note(const Arguments&... arguments) {
+    stage().record(arguments...);
+}
+
 /// What the model-view matrix does beside the camera: scale, turn about the vertical, move.
 struct Placement {
     double x, y, z, degrees, scale;
@@ -16,9 +21,8 @@ struct Placement {
     Vector3f of(const Vector3f& p) const {
         const double s = std::sin(degrees * M_PI / 180);
         const double c = std::cos(degrees * M_PI / 180);
-        return Vector3f(static_cast<float>(x + scale * (c * p.x + s * p.z)),
-                        static_cast<float>(y + scale * p.y),
-                        static_cast<float>(z + scale * (c * p.z - s * p.x)));
+        return {static_cast<float>(x + scale * (c * p.x + s * p.z)), static_cast<float>(y + scale * p.y),
+                static_cast<float>(z + scale * (c * p.z - s * p.x))};
     }
 };
 const Placement UNMOVED = {0, 0, 0, 0, 1};
@@ -64,13 +68,13 @@ void show(GLenum mode, float size, GLsizei count, const GLuint* indices) {
 }
 
 GLuint make(const char* call, GLuint& last) {
-    stage().record(call);
+    note(call);
     ++stage().liveObjects;
     return stage().fails(call) ? 0 : ++last;
 }
 
 void destroy(const char* call, GLuint name) {
-    stage().record(call, name);
+    note(call, name);
     --stage().liveObjects;
 }
 
@@ -91,12 +95,12 @@ PFNGLGENFRAMEBUFFERSPROC __glewGenFramebuffers = [](GLsizei, GLuint* p) {
 PFNGLDELETEFRAMEBUFFERSPROC __glewDeleteFramebuffers = [](GLsizei, const GLuint* p) {
     destroy("glDeleteFramebuffers", *p);
 };
-PFNGLBINDFRAMEBUFFERPROC __glewBindFramebuffer = [](auto... a) { stage().record("glBindFramebuffer", a...); };
+PFNGLBINDFRAMEBUFFERPROC __glewBindFramebuffer = [](auto... a) { note("glBindFramebuffer", a...); };
 PFNGLFRAMEBUFFERTEXTURE2DPROC __glewFramebufferTexture2D = [](auto... a) {
-    stage().record("glFramebufferTexture2D", a...);
+    note("glFramebufferTexture2D", a...);
 };
 PFNGLFRAMEBUFFERRENDERBUFFERPROC __glewFramebufferRenderbuffer = [](auto... a) {
-    stage().record("glFramebufferRenderbuffer", a...);
+    note("glFramebufferRenderbuffer", a...);
 };
 PFNGLCHECKFRAMEBUFFERSTATUSPROC __glewCheckFramebufferStatus = [](GLenum) -> GLenum {
     return stage().fails("glCheckFramebufferStatus") ? GL_FRAMEBUFFER_UNSUPPORTED : GL_FRAMEBUFFER_COMPLETE;
@@ -107,37 +111,35 @@ PFNGLGENRENDERBUFFERSPROC __glewGenRenderbuffers = [](GLsizei, GLuint* p) {
 PFNGLDELETERENDERBUFFERSEXTPROC __glewDeleteRenderbuffersEXT = [](GLsizei, const GLuint* p) {
     destroy("glDeleteRenderbuffersEXT", *p);
 };
-PFNGLBINDRENDERBUFFERPROC __glewBindRenderbuffer = [](auto... a) {
-    stage().record("glBindRenderbuffer", a...);
-};
+PFNGLBINDRENDERBUFFERPROC __glewBindRenderbuffer = [](auto... a) { note("glBindRenderbuffer", a...); };
 PFNGLRENDERBUFFERSTORAGEPROC __glewRenderbufferStorage = [](auto... a) {
-    stage().record("glRenderbufferStorage", a...);
+    note("glRenderbufferStorage", a...);
 };
 PFNGLCREATESHADERPROC __glewCreateShader = [](GLenum) { return make("glCreateShader", gl.objects); };
 PFNGLSHADERSOURCEPROC __glewShaderSource = [](GLuint shader, GLsizei, const GLchar* const* text,
                                               const GLint* size) {
-    stage().record("glShaderSource", shader, std::string(*text, *size));
+    note("glShaderSource", shader, std::string(*text, *size));
 };
-PFNGLCOMPILESHADERPROC __glewCompileShader = [](auto... a) { stage().record("glCompileShader", a...); };
+PFNGLCOMPILESHADERPROC __glewCompileShader = [](auto... a) { note("glCompileShader", a...); };
 PFNGLGETSHADERIVPROC __glewGetShaderiv = query;
 PFNGLGETSHADERINFOLOGPROC __glewGetShaderInfoLog = fetchLog;
 PFNGLDELETESHADERPROC __glewDeleteShader = [](GLuint shader) { destroy("glDeleteShader", shader); };
 PFNGLCREATEPROGRAMPROC __glewCreateProgram = [] { return make("glCreateProgram", gl.objects); };
-PFNGLATTACHSHADERPROC __glewAttachShader = [](auto... a) { stage().record("glAttachShader", a...); };
-PFNGLDETACHSHADERPROC __glewDetachShader = [](auto... a) { stage().record("glDetachShader", a...); };
-PFNGLLINKPROGRAMPROC __glewLinkProgram = [](auto... a) { stage().record("glLinkProgram", a...); };
+PFNGLATTACHSHADERPROC __glewAttachShader = [](auto... a) { note("glAttachShader", a...); };
+PFNGLDETACHSHADERPROC __glewDetachShader = [](auto... a) { note("glDetachShader", a...); };
+PFNGLLINKPROGRAMPROC __glewLinkProgram = [](auto... a) { note("glLinkProgram", a...); };
 PFNGLGETPROGRAMIVPROC __glewGetProgramiv = query;
 PFNGLGETPROGRAMINFOLOGPROC __glewGetProgramInfoLog = fetchLog;
-PFNGLUSEPROGRAMPROC __glewUseProgram = [](auto... a) { stage().record("glUseProgram", a...); };
+PFNGLUSEPROGRAMPROC __glewUseProgram = [](auto... a) { note("glUseProgram", a...); };
 PFNGLDELETEPROGRAMPROC __glewDeleteProgram = [](GLuint program) { destroy("glDeleteProgram", program); };
 PFNGLGETUNIFORMLOCATIONPROC __glewGetUniformLocation = [](GLuint program, const GLchar* name) -> GLint {
-    stage().record("glGetUniformLocation", program, name);
+    note("glGetUniformLocation", program, name);
     return name[0]; // told apart by that
 };
-PFNGLUNIFORM1FPROC __glewUniform1f = [](auto... a) { stage().record("glUniform1f", a...); };
+PFNGLUNIFORM1FPROC __glewUniform1f = [](auto... a) { note("glUniform1f", a...); };
 
 GLenum glewInit() {
-    stage().record("glewInit");
+    note("glewInit");
     gl = Context();
     return stage().fails("glewInit") ? 1 : GLEW_OK;
 }
@@ -155,79 +157,77 @@ GLenum glGetError() {
     }
     return error;
 }
-void glEnable(GLenum what) { stage().record("glEnable", what); }
-void glDisable(GLenum what) { stage().record("glDisable", what); }
-void glBlendFunc(GLenum source, GLenum destination) { stage().record("glBlendFunc", source, destination); }
-void glClear(GLbitfield buffers) { stage().record("glClear", buffers); }
-void glClearColor(GLclampf r, GLclampf g, GLclampf b, GLclampf a) {
-    stage().record("glClearColor", r, g, b, a);
-}
-void glViewport(GLint x, GLint y, GLsizei w, GLsizei h) { stage().record("glViewport", x, y, w, h); }
-void glMatrixMode(GLenum mode) { stage().record("glMatrixMode", gl.matrixMode = mode); }
+void glEnable(GLenum what) { note("glEnable", what); }
+void glDisable(GLenum what) { note("glDisable", what); }
+void glBlendFunc(GLenum source, GLenum destination) { note("glBlendFunc", source, destination); }
+void glClear(GLbitfield buffers) { note("glClear", buffers); }
+void glClearColor(GLclampf r, GLclampf g, GLclampf b, GLclampf a) { note("glClearColor", r, g, b, a); }
+void glViewport(GLint x, GLint y, GLsizei w, GLsizei h) { note("glViewport", x, y, w, h); }
+void glMatrixMode(GLenum mode) { note("glMatrixMode", gl.matrixMode = mode); }
 void glLoadIdentity() {
-    stage().record("glLoadIdentity");
+    note("glLoadIdentity");
     gl.place() = gl.matrixMode == GL_MODELVIEW ? UNMOVED : gl.place();
 }
 // The other stack is pushed and popped in step with this one.
 void glPushMatrix() {
-    stage().record("glPushMatrix");
+    note("glPushMatrix");
     gl.modelView.push_back(gl.place());
 }
 void glPopMatrix() {
-    stage().record("glPopMatrix");
+    note("glPopMatrix");
     gl.modelView.pop_back();
 }
 void glTranslatef(GLfloat x, GLfloat y, GLfloat z) {
-    stage().record("glTranslatef", x, y, z);
+    note("glTranslatef", x, y, z);
     const Vector3f p = gl.place().of({x, y, z});
     gl.place() = {p.x, p.y, p.z, gl.place().degrees, gl.place().scale};
 }
 void glScalef(GLfloat x, GLfloat y, GLfloat z) {
-    stage().record("glScalef", x, y, z);
+    note("glScalef", x, y, z);
     gl.place().scale *= x;
 }
 void glRotatef(GLfloat degrees, GLfloat x, GLfloat y, GLfloat z) {
-    stage().record("glRotatef", degrees, x, y, z);
+    note("glRotatef", degrees, x, y, z);
     gl.place().degrees += degrees * y;
 }
 void gluPerspective(GLdouble fov, GLdouble aspect, GLdouble near, GLdouble far) {
-    stage().record("gluPerspective", fov, aspect, near, far);
+    note("gluPerspective", fov, aspect, near, far);
 }
-void gluOrtho2D(GLdouble l, GLdouble r, GLdouble b, GLdouble t) { stage().record("gluOrtho2D", l, r, b, t); }
+void gluOrtho2D(GLdouble l, GLdouble r, GLdouble b, GLdouble t) { note("gluOrtho2D", l, r, b, t); }
 void gluLookAt(GLdouble x, GLdouble y, GLdouble z, GLdouble cx, GLdouble cy, GLdouble cz, GLdouble ux,
                GLdouble uy, GLdouble uz) {
-    stage().record("gluLookAt", x, y, z, cx, cy, cz, ux, uy, uz);
+    note("gluLookAt", x, y, z, cx, cy, cz, ux, uy, uz);
 }
-void glEnableClientState(GLenum array) { stage().record("glEnableClientState", array); }
-void glDisableClientState(GLenum array) { stage().record("glDisableClientState", array); }
+void glEnableClientState(GLenum array) { note("glEnableClientState", array); }
+void glDisableClientState(GLenum array) { note("glDisableClientState", array); }
 void glVertexPointer(GLint size, GLenum type, GLsizei stride, const void* first) {
-    stage().record("glVertexPointer", size, type, stride);
+    note("glVertexPointer", size, type, stride);
     gl.positions = static_cast<const char*>(first);
     gl.stride = stride;
 }
 void glColorPointer(GLint size, GLenum type, GLsizei stride, const void* first) {
-    stage().record("glColorPointer", size, type, stride);
+    note("glColorPointer", size, type, stride);
     gl.colours = static_cast<const char*>(first);
 }
-void glLineWidth(GLfloat width) { stage().record("glLineWidth", gl.lineWidth = width); }
-void glPointSize(GLfloat size) { stage().record("glPointSize", gl.pointSize = size); }
+void glLineWidth(GLfloat width) { note("glLineWidth", gl.lineWidth = width); }
+void glPointSize(GLfloat size) { note("glPointSize", gl.pointSize = size); }
 void glDrawElements(GLenum mode, GLsizei count, GLenum type, const void* indices) {
-    stage().record("glDrawElements", mode, count, type);
+    note("glDrawElements", mode, count, type);
     show(mode, gl.lineWidth, count, static_cast<const GLuint*>(indices));
 }
 void glDrawArrays(GLenum mode, GLint first, GLsizei count) {
-    stage().record("glDrawArrays", mode, first, count);
+    note("glDrawArrays", mode, first, count);
     show(mode, gl.pointSize, count, nullptr);
 }
-void glBegin(GLenum mode) { stage().record("glBegin", mode); }
-void glEnd() { stage().record("glEnd"); }
-void glTexCoord2f(GLfloat s, GLfloat t) { stage().record("glTexCoord2f", s, t); }
-void glVertex2f(GLfloat x, GLfloat y) { stage().record("glVertex2f", x, y); }
+void glBegin(GLenum mode) { note("glBegin", mode); }
+void glEnd() { note("glEnd"); }
+void glTexCoord2f(GLfloat s, GLfloat t) { note("glTexCoord2f", s, t); }
+void glVertex2f(GLfloat x, GLfloat y) { note("glVertex2f", x, y); }
 void glGenTextures(GLsizei /*n*/, GLuint* names) { *names = make("glGenTextures", gl.textures); }
 void glDeleteTextures(GLsizei /*n*/, const GLuint* names) { destroy("glDeleteTextures", *names); }
-void glBindTexture(GLenum target, GLuint name) { stage().record("glBindTexture", target, name); }
+void glBindTexture(GLenum target, GLuint name) { note("glBindTexture", target, name); }
 void glTexParameterf(GLenum target, GLenum name, GLfloat value) {
-    stage().record("glTexParameterf", target, name, value);
+    note("glTexParameterf", target, name, value);
 }
 void glTexImage2D(GLenum target, GLint level, GLint inside, GLsizei width, GLsizei height, GLint border,
                   GLenum format, GLenum type, const void* pixels) {
@@ -235,6 +235,6 @@ void glTexImage2D(GLenum target, GLint level, GLint inside, GLsizei width, GLsiz
     for (GLsizei i = 0; pixels != nullptr && i < 4 * width * height; ++i) {
         texels += ' ' + std::to_string(static_cast<const GLubyte*>(pixels)[i]);
     }
-    stage().record("glTexImage2D", target, level, inside, width, height, border, format, type, texels);
+    note("glTexImage2D", target, level, inside, width, height, border, format, type, texels);
 }
 }

@@ -11,8 +11,8 @@ int SDL_Init(Uint32 flags) {
     return stage().fails("SDL_Init") ? -1 : 0;
 }
 void SDL_Quit() { stage().record("SDL_Quit"); }
-SDL_Surface* SDL_SetVideoMode(int width, int height, int bitsPerPixel, Uint32 flags) {
-    stage().record("SDL_SetVideoMode", width, height, bitsPerPixel, flags);
+SDL_Surface* SDL_SetVideoMode(int width, int height, int bpp, Uint32 flags) {
+    stage().record("SDL_SetVideoMode", width, height, bpp, flags);
     surface.format = &pixels;
     surface.flags = flags;
     surface.w = width;
@@ -22,8 +22,8 @@ SDL_Surface* SDL_SetVideoMode(int width, int height, int bitsPerPixel, Uint32 fl
 void SDL_WM_SetCaption(const char* title, const char* icon) {
     stage().record("SDL_WM_SetCaption", title, icon != nullptr ? icon : "-");
 }
-int SDL_FillRect(SDL_Surface* /*surface*/, SDL_Rect* area, Uint32 colour) {
-    stage().record("SDL_FillRect", area != nullptr ? "part" : "whole", colour);
+int SDL_FillRect(SDL_Surface* /*dst*/, SDL_Rect* dstrect, Uint32 color) {
+    stage().record("SDL_FillRect", dstrect != nullptr ? "part" : "whole", color);
     return 0;
 }
 Uint32 SDL_MapRGB(const SDL_PixelFormat* /*format*/, Uint8 r, Uint8 g, Uint8 b) {
@@ -37,15 +37,15 @@ void SDL_GL_SwapBuffers() {
     stage().atSwap();
 }
 void SDL_PumpEvents() { stage().record("SDL_PumpEvents"); }
-Uint8* SDL_GetKeyState(int* count) {
+Uint8* SDL_GetKeyState(int* numkeys) {
     static std::array<Uint8, SDLK_LAST> sample;
     sample = stage().keys;
-    *count = static_cast<int>(sample.size());
+    *numkeys = static_cast<int>(sample.size());
     return sample.data();
 }
 Uint32 SDL_GetTicks() { return stage().now; }
-void SDL_Delay(Uint32 milliseconds) {
-    stage().record("SDL_Delay", milliseconds);
-    stage().now += milliseconds;
+void SDL_Delay(Uint32 ms) {
+    stage().record("SDL_Delay", ms);
+    stage().now += ms;
 }
 }

@@ -43,10 +43,10 @@ FMOD_RESULT FMOD_System_CreateStream(FMOD_SYSTEM* system, const char* name, FMOD
     return with(answer("FMOD_System_CreateStream", system, name, mode, exinfo != nullptr), sound,
                 newHandle<FMOD_SOUND>());
 }
-FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX index, FMOD_SOUND* sound,
+FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX channelid, FMOD_SOUND* sound,
                                   FMOD_BOOL paused, FMOD_CHANNEL** channel) {
     const FMOD_RESULT result =
-        answer("FMOD_System_PlaySound", system, index, reinterpret_cast<std::uintptr_t>(sound), paused);
+        answer("FMOD_System_PlaySound", system, channelid, reinterpret_cast<std::uintptr_t>(sound), paused);
     return with(sound != nullptr ? result : FMOD_ERR_HANDLE, channel, newHandle<FMOD_CHANNEL>());
 }
 FMOD_RESULT FMOD_System_Update(FMOD_SYSTEM* system) { return answer("FMOD_System_Update", system); }
@@ -56,9 +56,9 @@ FMOD_RESULT FMOD_Sound_Release(FMOD_SOUND* sound) { return answer("FMOD_Sound_Re
 FMOD_RESULT FMOD_Sound_GetLength(FMOD_SOUND* sound, unsigned int* length, FMOD_TIMEUNIT unit) {
     return with(answer("FMOD_Sound_GetLength", sound, unit), length, 103000U);
 }
-FMOD_RESULT FMOD_Sound_GetName(FMOD_SOUND* sound, char* name, int size) {
-    const FMOD_RESULT result = answer("FMOD_Sound_GetName", sound, size);
-    std::strncpy(name, "Quelar", size); // the worst of layers writes also when it fails
+FMOD_RESULT FMOD_Sound_GetName(FMOD_SOUND* sound, char* name, int namelength) {
+    const FMOD_RESULT result = answer("FMOD_Sound_GetName", sound, namelength);
+    std::strncpy(name, "Quelar", namelength); // the worst of layers writes also when it fails
     return result;
 }
 FMOD_RESULT FMOD_Channel_GetPaused(FMOD_CHANNEL* channel, FMOD_BOOL* paused) {
@@ -72,9 +72,9 @@ FMOD_RESULT FMOD_Channel_SetLoopCount(FMOD_CHANNEL* channel, int count) {
     return answer("FMOD_Channel_SetLoopCount", channel, count);
 }
 FMOD_RESULT FMOD_Channel_Stop(FMOD_CHANNEL* channel) { return answer("FMOD_Channel_Stop", channel); }
-FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* spectrum, int count, int offset,
+FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* spectrum, int numvalues, int channeloffset,
                                      FMOD_DSP_FFT_WINDOW window) {
-    const FMOD_RESULT result = answer("FMOD_Channel_GetSpectrum", channel, count, offset, window);
+    const FMOD_RESULT result = answer("FMOD_Channel_GetSpectrum", channel, numvalues, channeloffset, window);
     if (result == FMOD_OK) {
         stage().spectrum(spectrum);
     }

@@ -20,7 +20,7 @@ std::ostringstream reported;
 std::size_t allocated = 0;
 
 std::string take(std::ostringstream& stream) {
-    const std::string text = stream.str();
+    std::string text = stream.str();
     stream.str("");
     return text;
 }

@@ -1,0 +1,46 @@
+// What one spectrum costs, next to the bare transform of its size.
+
+#include <benchmark/benchmark.h>
+#include <kiss_fftr.h>
+
+#include <cmath>
+#include <cstddef>
+#include <vector>
+
+#include "Player.h"
+
+namespace {
+
+void bareTransform(benchmark::State& state) {
+    const int count = static_cast<int>(state.range(0));
+    kiss_fftr_cfg transform = kiss_fftr_alloc(2 * count, 0, nullptr, nullptr);
+    std::vector<float> samples(static_cast<std::size_t>(2 * count));
+    for (int i = 0; i < 2 * count; ++i) {
+        samples[i] = std::sin(0.1F * static_cast<float>(i));
+    }
+    std::vector<kiss_fft_cpx> entries(count + 1);
+    while (state.KeepRunning()) {
+        kiss_fftr(transform, samples.data(), entries.data());
+        benchmark::DoNotOptimize(entries.data());
+    }
+    kiss_fftr_free(transform);
+}
+
+void oneSpectrum(benchmark::State& state) {
+    const int count = static_cast<int>(state.range(0));
+    const Player player;
+    FMOD_CHANNEL* const channel = player.play(encode("sine.mp3", sineLeft(700), 3 * 44100));
+    std::vector<float> values(count);
+    now += 1500000;
+    while (state.KeepRunning()) {
+        FMOD_Channel_GetSpectrum(channel, values.data(), count, 0, FMOD_DSP_FFT_WINDOW_TRIANGLE);
+        benchmark::DoNotOptimize(values.data());
+    }
+}
+
+BENCHMARK(bareTransform)->Arg(64)->Arg(512)->Arg(8192);
+BENCHMARK(oneSpectrum)->Arg(64)->Arg(512)->Arg(8192);
+
+} // namespace
+
+BENCHMARK_MAIN();
