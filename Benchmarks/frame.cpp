@@ -13,6 +13,11 @@
 //     valgrind --tool=callgrind --dump-before='*sceneBegins*' frame_bench --once && grep ^totals
 //     callgrind.out.* valgrind --tool=callgrind frame_bench --once && callgrind_annotate callgrind.out.*
 
+#include <GL/glew.h>
+#include <GL/glu.h>
+#include <SDL.h>
+#include <fmod_clock.h>
+
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -26,11 +31,6 @@
 #include <string_view>
 #include <thread>
 #include <vector>
-
-#include <GL/glew.h>
-#include <GL/glu.h>
-#include <SDL.h>
-#include <fmod_clock.h>
 
 // The linker gives these two names to the start of the program and to the main of the show.
 extern "C" int __real_main(int argc, char** argv); // NOLINT(bugprone-reserved-identifier)

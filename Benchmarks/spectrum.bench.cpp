@@ -1,13 +1,13 @@
 // What one spectrum costs, next to the bare transform of its size.
 
+#include "Player.h"
+
 #include <benchmark/benchmark.h>
 #include <kiss_fftr.h>
 
 #include <cmath>
 #include <cstddef>
 #include <vector>
-
-#include "Player.h"
 
 namespace {
 

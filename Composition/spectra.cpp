@@ -1,6 +1,10 @@
 // Plays the track the way the show does, an update every 15 ms, and holds its spectrum against what each
 // scene needs of it. Prints a row for every need; fails if one of them is not met.
 
+#include "fmod.h"
+#include "fmod_clock.h"
+#include "fmod_errors.h"
+
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -13,10 +17,6 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-#include "fmod.h"
-#include "fmod_clock.h"
-#include "fmod_errors.h"
 
 namespace {
 

@@ -3,21 +3,20 @@
 #include "FrameSize.h"
 #include "writeAll.h"
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/mman.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
+#include <spawn.h>
 #include <sstream>
 #include <stdexcept>
+#include <sys/mman.h>
+#include <sys/wait.h>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
 namespace recorder {

@@ -2,10 +2,9 @@
 
 #include "Timeline.h"
 
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdio>
+#include <unistd.h>
 
 namespace recorder {
 

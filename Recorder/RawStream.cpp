@@ -3,12 +3,11 @@
 #include "describe.h"
 #include "writeAll.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
+#include <fcntl.h>
 #include <stdexcept>
 #include <system_error>
+#include <unistd.h>
 
 namespace recorder {
 

@@ -1,6 +1,7 @@
 #include "StillPicture.h"
 
 #include "Encoder.h"
+
 #include <utility>
 
 namespace recorder {

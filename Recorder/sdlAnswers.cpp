@@ -4,7 +4,6 @@
 #include "Recorder.h"
 
 #include <GL/glew.h>
-
 #include <SDL.h>
 
 #include <array>

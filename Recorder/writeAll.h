@@ -1,9 +1,8 @@
 #pragma once
 
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstddef>
+#include <unistd.h>
 #include <vector>
 
 namespace recorder {

@@ -1,12 +1,5 @@
 // The life of the show: start-up, the frame loop, shutdown, and what is said when something fails.
 
-#include <cstdlib>
-#include <iostream>
-#include <limits>
-
-#include <GL/glew.h>
-#include <GL/glu.h>
-
 #include "3D/Camera/RotatingCamera.h"
 #include "3D/FrameBuffer.h"
 #include "3D/ScreenQuad.h"
@@ -25,6 +18,13 @@
 #include "Zentrik/Controllers/InputManager.h"
 #include "Zentrik/Controllers/SDL_Keyboard.h"
 #include "Zentrik/Engine.h"
+
+#include <GL/glew.h>
+#include <GL/glu.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <limits>
 
 namespace {
 const int SUCCESS = 0;

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <GL/glew.h>
-
 #include "Types/Vector4.h"
+
+#include <GL/glew.h>
 
 /// For as long as it lives, OpenGL draws from records in client memory that hold a position and a colour.
 class ColouredArrays {

@@ -1,8 +1,8 @@
 #include "3D/FrameBuffer.h"
 
-#include <iostream>
-
 #include "Utils/GLUtils.h"
+
+#include <iostream>
 
 // Labels of the checks of every frame, kept so that none allocates.
 static const std::string BIND_LABEL = "glBindFrameBuffer";

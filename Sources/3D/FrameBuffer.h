@@ -1,9 +1,9 @@
 #pragma once
 
-#include <GL/glew.h>
-
 #include "3D/RenderBuffer.h"
 #include "Utils/MessageException.h"
+
+#include <GL/glew.h>
 
 class FrameBufferException : public MessageException {
 public:

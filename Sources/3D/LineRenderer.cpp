@@ -1,10 +1,10 @@
 #include "3D/LineRenderer.h"
 
-#include <iostream>
+#include "3D/ColouredArrays.h"
 
 #include <GL/glew.h>
 
-#include "3D/ColouredArrays.h"
+#include <iostream>
 
 void LineRenderer::addLine(const Point& p1, const Point& p2) {
     const unsigned int first = getNbPoints();

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Types/Vector4.h"
+
 #include <cstdint>
 #include <vector>
-
-#include "Types/Vector4.h"
 
 /// A coloured vertex, laid out as OpenGL reads it from an array.
 struct Point {

@@ -1,8 +1,8 @@
 #include "3D/RenderBuffer.h"
 
-#include <iostream>
-
 #include "Utils/GLUtils.h"
+
+#include <iostream>
 
 RenderBuffer::RenderBuffer() {
     glGenRenderbuffers(1, &rid);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <GL/glew.h>
-
 #include "Utils/MessageException.h"
+
+#include <GL/glew.h>
 
 class RenderBufferException : public MessageException {
 public:

@@ -1,11 +1,11 @@
 #include "3D/Shader.h"
 
+#include "Utils/GLUtils.h"
+
 #include <cstring>
 #include <iostream>
 #include <memory>
 #include <new>
-
-#include "Utils/GLUtils.h"
 
 using Text = std::unique_ptr<char[]>;
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <cstdio>
-#include <string>
+#include "Utils/MessageException.h"
 
 #include <GL/glew.h>
 
-#include "Utils/MessageException.h"
+#include <cstdio>
+#include <string>
 
 /// A shader program that could not be built.
 class ShaderException : public MessageException {

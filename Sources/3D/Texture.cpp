@@ -1,10 +1,10 @@
 #include "3D/Texture.h"
 
+#include "Utils/GLUtils.h"
+
 #include <cstddef>
 #include <iostream>
 #include <vector>
-
-#include "Utils/GLUtils.h"
 
 // Labels of the checks of every frame, kept so that none allocates.
 static const std::string BIND_LABEL = "glBindTexture";

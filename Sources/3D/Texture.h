@@ -1,8 +1,8 @@
 #pragma once
 
-#include <GL/glew.h>
-
 #include "Types/Vector4.h"
+
+#include <GL/glew.h>
 
 /// Owner of one OpenGL 2D texture, RGBA with 8 bits each, minified linearly, without mipmaps.
 /// Works on the active texture unit. Every call may throw GLErrorException.

@@ -1,8 +1,8 @@
 #include "Music/Music.h"
 
-#include <iostream>
-
 #include <fmod_errors.h>
+
+#include <iostream>
 
 static const int MAX_CHANNELS = 10;
 static const int NAME_SIZE = 50;

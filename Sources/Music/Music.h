@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include <fmod.h>
+
+#include <string>
 
 /// The show's one track and its spectrum. What fails is reported on standard error in the sound layer's
 /// words, and the show goes on without it.

@@ -1,8 +1,8 @@
 #include "Objects/Font.h"
 
-#include <cctype>
-
 #include <GL/glew.h>
+
+#include <cctype>
 
 namespace {
 const unsigned int LINE_WIDTH = 8;

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "3D/LineRenderer.h"
+
 #include <map>
 #include <string>
-
-#include "3D/LineRenderer.h"
 
 /// Block capitals made of straight lines, a to z, lying flat on the ground. A glyph is one unit wide and
 /// high, its top towards the pen; the pen advances by one and a half units a character. All in one colour.

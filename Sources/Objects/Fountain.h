@@ -1,13 +1,13 @@
 #pragma once
 
-#include <cmath>
-#include <cstdint>
-#include <vector>
+#include "3D/ColouredArrays.h"
+#include "Types/Vector4.h"
 
 #include <GL/glew.h>
 
-#include "3D/ColouredArrays.h"
-#include "Types/Vector4.h"
+#include <cmath>
+#include <cstdint>
+#include <vector>
 
 /// A fountain of coloured points: every update emits one on a curve around the start position, and those
 /// alive sink and fade until they die, 202 updates after their birth. No chance is involved.

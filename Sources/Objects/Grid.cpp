@@ -1,10 +1,10 @@
 #include "Objects/Grid.h"
 
+#include "Utils/MathUtils.h"
+
 #include <algorithm>
 #include <cassert>
 #include <cstdlib>
-
-#include "Utils/MathUtils.h"
 
 static const Colour4 FRONT_COLOUR(1, 1, 1, 0.7f);
 
@@ -111,10 +111,12 @@ void Grid::updateImpulsion() {
             colour = FRONT_COLOUR;
         } else if (mark < impulsionUpdateStep) {
             const Colour4 restColour = colours[i];
-            colour = MathUtils::lerp(colour, restColour, 0.1f);
-            if (colour.r - gridColour.r < 0.05f && colour.g - gridColour.g < 0.05f &&
-                colour.b - gridColour.b < 0.05f) {
-                colour = restColour;
+            const Colour4 faded = MathUtils::lerp(colour, restColour, 0.1f);
+            const Colour4 excess = faded - gridColour;
+            // One test instead of three: this is every point of the lattice, every frame.
+            const bool arrived = std::max(std::max(excess.r, excess.g), excess.b) < 0.05f;
+            colour = arrived ? restColour : faded;
+            if (arrived && mark != 0) {
                 hadImpulsion[i] = 0;
             }
         }

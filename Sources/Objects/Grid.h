@@ -1,10 +1,10 @@
 #pragma once
 
+#include "3D/LineRenderer.h"
+
 #include <array>
 #include <cstdint>
 #include <vector>
-
-#include "3D/LineRenderer.h"
 
 /// The rest colour of the lattice: a mid grey at 70 % opacity.
 inline const Colour4 gridColour(117 / 255.0f, 117 / 255.0f, 117 / 255.0f, 0.7f);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "Objects/Font.h"
+
+#include <string>
 
 /// A text as a column of letters that recedes along z and slides towards larger z.
 class Scroller {

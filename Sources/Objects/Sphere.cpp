@@ -1,9 +1,9 @@
 #include "Objects/Sphere.h"
 
+#include "Utils/MathUtils.h"
+
 #include <cassert>
 #include <cmath>
-
-#include "Utils/MathUtils.h"
 
 // The surface point at a latitude and longitude, in degrees; the poles lie on the z axis.
 static Vector3f surface(double size, float latitude, float longitude) {

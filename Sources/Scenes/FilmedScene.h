@@ -1,11 +1,11 @@
 #pragma once
 
+#include "3D/Camera/LinearCamera.h"
+#include "Scenes/Scene.h"
+
 #include <array>
 #include <cstdint>
 #include <vector>
-
-#include "3D/Camera/LinearCamera.h"
-#include "Scenes/Scene.h"
 
 /// What the scenes of the show share: they are filmed by a list of timed moves, one after another, fade
 /// between them, and hear the music as a spectrum.

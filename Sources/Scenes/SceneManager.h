@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cstdint>
-#include <vector>
-
 #include "3D/LineRenderer.h"
 #include "Scenes/Scene.h"
+
+#include <cstdint>
+#include <vector>
 
 /// Plays scenes one after another over the one grid of the show. Needs a scene to draw or update, and is done
 /// with once update has answered true.

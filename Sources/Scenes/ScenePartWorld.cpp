@@ -2,6 +2,8 @@
 
 #include "Utils/Random.h"
 
+#include <algorithm>
+
 namespace {
 const unsigned int SOLIDS = 150;            // of each kind
 const float GROUND_SIZE = 150;              // world units

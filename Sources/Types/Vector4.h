@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cmath>
-
 #include "Types/Vector3.h"
+
+#include <cmath>
 
 /// Four packed components, read as homogeneous coordinates (x, y, z, w) or as a colour (r, g, b, a).
 /// A vector that is given no fourth component gets 1: a colour is opaque unless it says otherwise.

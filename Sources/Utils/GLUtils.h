@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
+#include "Utils/MessageException.h"
 
 #include <GL/glew.h>
 
-#include "Utils/MessageException.h"
+#include <string>
 
 /// An OpenGL error, named together with the place where it was noticed.
 class GLErrorException : public MessageException {

@@ -1,18 +1,28 @@
 #include "Zentrik/Engine.h"
 
-#include <iostream>
-#include <memory>
+#include "Zentrik/GLWindow.h"
 
 #include <GL/glew.h>
 #include <SDL.h>
 
-#include "Zentrik/GLWindow.h"
+#include <cstdlib>
+#include <iostream>
+#include <memory>
 
 static const std::uint32_t FRAME_TIME = 15; // ms
+
+// What SDL needs to be told before it starts, unless the user has said otherwise.
+static void preferPlainWindow() {
+    // A window or none: without a screen SDL would draw with letters in the terminal.
+    setenv("SDL_VIDEODRIVER", "x11", 0);
+    // SDL's successor in compatibility dress would put a framebuffer of its own between ours and the window.
+    setenv("SDL12COMPAT_OPENGL_SCALING", "0", 0);
+}
 
 Engine::Engine(EngineAPI apis, unsigned int width, unsigned int height, const std::string& windowName)
     : apis(apis) {
     if ((apis & EAPI_SDL) != 0) {
+        preferPlainWindow();
         SDL_Init(SDL_INIT_VIDEO | ((apis & EAPI_SDL_Mixer) != 0 ? SDL_INIT_AUDIO : 0));
     }
 

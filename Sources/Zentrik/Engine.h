@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-
 #include "Utils/MessageException.h"
 #include "Zentrik/Window.h"
+
+#include <cstdint>
+#include <string>
 
 /// The libraries that an Engine starts: a set of the flags below.
 using EngineAPI = std::uint32_t;

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
+#include "Utils/MessageException.h"
 
 #include <SDL.h>
 
-#include "Utils/MessageException.h"
+#include <string>
 
 class WindowCreationException : public MessageException {
 public:

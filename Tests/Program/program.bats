@@ -92,7 +92,6 @@ END
 @test "gives up where there is no screen" {
     stage
     # left to itself the window library would try to draw in letters, on the terminal
-    export SDL_VIDEODRIVER=x11
     DISPLAY='' play_show
     refused 252 '' 'Fail to create the window\nException cought\n'
     DISPLAY=:30000 play_show

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "Clock.h"
+#include "Spectrum.h"
+#include "Track.h"
+
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
-
-#include "Clock.h"
-#include "Spectrum.h"
-#include "Track.h"
 
 namespace fmodex {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstdint>
-
 #include "fmod_clock.h"
+
+#include <cstdint>
 
 namespace fmodex {
 

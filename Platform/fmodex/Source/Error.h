@@ -1,8 +1,8 @@
 #pragma once
 
-#include <exception>
-
 #include "fmod_errors.h"
+
+#include <exception>
 
 namespace fmodex {
 

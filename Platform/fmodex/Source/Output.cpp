@@ -1,14 +1,14 @@
 #include "Output.h"
 
+#include "Error.h"
+#include "Silence.h"
+
 #include <AL/alext.h>
-#include <dlfcn.h>
 
 #include <chrono>
 #include <cstdlib>
+#include <dlfcn.h>
 #include <utility>
-
-#include "Error.h"
-#include "Silence.h"
 
 namespace fmodex {
 

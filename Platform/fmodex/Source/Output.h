@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Channel.h"
+#include "Voice.h"
+
 #include <AL/alc.h>
 
 #include <condition_variable>
@@ -8,9 +11,6 @@
 #include <mutex>
 #include <thread>
 #include <vector>
-
-#include "Channel.h"
-#include "Voice.h"
 
 namespace fmodex {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "Error.h"
+
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <utility>
 #include <vector>
-
-#include "Error.h"
 
 namespace fmodex {
 

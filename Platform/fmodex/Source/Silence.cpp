@@ -1,9 +1,8 @@
 #include "Silence.h"
 
+#include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
-
-#include <cstdio>
 
 namespace fmodex {
 

@@ -1,9 +1,9 @@
 #include "Spectrum.h"
 
+#include "Error.h"
+
 #include <cmath>
 #include <cstddef>
-
-#include "Error.h"
 
 namespace fmodex {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Track.h"
+
 #include <kiss_fftr.h>
 
 #include <memory>
 #include <vector>
-
-#include "Track.h"
 
 namespace fmodex {
 

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <memory>
-#include <mutex>
-#include <string>
-
 #include "Channel.h"
 #include "Clock.h"
 #include "Output.h"
 #include "Registry.h"
 #include "Track.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
 
 namespace fmodex {
 

@@ -1,19 +1,19 @@
 #include "Track.h"
 
-#include <fcntl.h>
+#include "Error.h"
+
 #include <mpg123.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <limits>
 #include <new>
 #include <string_view>
-
-#include "Error.h"
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace fmodex {
 

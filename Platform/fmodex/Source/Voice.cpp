@@ -1,12 +1,12 @@
 #include "Voice.h"
 
+#include "Error.h"
+
 #include <AL/alext.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <utility>
-
-#include "Error.h"
 
 namespace fmodex {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "Channel.h"
+
 #include <AL/al.h>
 
 #include <array>
 #include <cstdint>
 #include <memory>
 #include <vector>
-
-#include "Channel.h"
 
 namespace fmodex {
 

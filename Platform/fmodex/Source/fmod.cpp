@@ -1,16 +1,16 @@
 #include "fmod.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <exception>
-#include <memory>
-#include <string>
-
 #include "Channel.h"
 #include "Error.h"
 #include "Registry.h"
 #include "System.h"
 #include "Track.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <exception>
+#include <memory>
+#include <string>
 
 namespace {
 

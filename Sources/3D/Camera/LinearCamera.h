@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstdint>
-
 #include "3D/Camera/GLUCamera.h"
+
+#include <cstdint>
 
 /// One move of a scene: the eye and the point looked at each go along a straight line, in a given time.
 /// direction is the point looked at, in the world. A move that has ended stays ended.

@@ -1,8 +1,8 @@
 #include "3D/Camera/RotatingCamera.h"
 
-#include <cmath>
-
 #include "Utils/MathUtils.h"
+
+#include <cmath>
 
 RotatingCamera::RotatingCamera(const Vector3f& interestPoint, float distance, float moveStep)
     : GLUCamera(Vector3f(), interestPoint, Vector3f(0, 1, 0)), distance(distance), moveStep(moveStep) {}

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <vector>
-
 #include "Zentrik/Controllers/Input.h"
+
+#include <vector>
 
 // Directions: a bit for each of the four, diagonals are two of them.
 constexpr int AD_NONE = 0;

@@ -1,8 +1,8 @@
 #include "Zentrik/Controllers/SDL_Keyboard.h"
 
-#include <cassert>
-
 #include "Zentrik/Controllers/InputManager.h"
+
+#include <cassert>
 
 namespace {
 struct Button {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <SDL.h>
-
 #include "Zentrik/Controllers/Input.h"
+
+#include <SDL.h>
 
 /// The keyboard as a controller. Its update is the one place where SDL gets to process its events.
 class SDL_Keyboard : public Input {
