@@ -26,7 +26,7 @@ void VideoFile::open(const FrameSize& size) {
     }
     // Thin bright lines on black: this quality keeps them clean, and the simplest search for motion finds
     // most of theirs. The processor is wanted for the drawing.
-    add({"-c:v", "libx264", "-preset", "veryfast", "-motion-est", "dia", "-subq", "1", "-crf", "18"});
+    add({"-c:v", "libx264", "-preset", "superfast", "-motion-est", "dia", "-subq", "0", "-crf", "19"});
     add({"-vf",
          "vflip,pad=ceil(iw/2)*2:ceil(ih/2)*2,scale=out_color_matrix=bt709:out_range=tv,format=yuv420p"});
     add({"-colorspace", "bt709", "-color_primaries", "bt709", "-color_trc", "bt709", "-color_range", "tv"});
