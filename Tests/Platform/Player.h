@@ -1,42 +1,122 @@
 #pragma once
 
+#include "fmod.h"
+#include "fmod_clock.h"
+
+#include <array>
+#include <atomic>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
 #include <string>
 #include <vector>
 
-#include "fmod.h"
+// Music made for the purpose, and what plays it. What fails here shows in what the tests then see.
 
-namespace sound {
+// Left and right, -1..1.
+using Sample = std::array<double, 2>;
 
-// The supplied clock of the tests: it stands still until it is told to move. In microseconds.
-void setTime(unsigned long long microseconds);
-void passTime(unsigned long long microseconds);
+// What is heard at a time in seconds.
+using Signal = std::function<Sample(double)>;
 
-// A system of ten channels, as the show has it. Throws when something fails that should not.
-class Player {
-public:
-    enum class Time { supplied, real };
+// A sine of full scale on the left, and nothing on the right.
+inline Signal sineLeft(double hertz) {
+    return [hertz](double time) { return Sample{std::sin(2 * M_PI * hertz * time), 0}; };
+}
 
-    explicit Player(Time time = Time::supplied, int channels = 10);
-    Player(const Player&) = delete;
-    Player& operator=(const Player&) = delete;
-    ~Player();
+// The process has a folder of its own, which goes with it.
+struct Folder {
+    Folder() { path = ::mkdtemp(path.data()) + std::string("/"); }
+    ~Folder() { std::filesystem::remove_all(path); }
 
-    FMOD_SYSTEM* system() const { return system_; }
-
-    FMOD_SOUND* load(const std::string& path) const;
-    FMOD_CHANNEL* play(FMOD_SOUND* sound, bool paused = false) const;
-    FMOD_CHANNEL* play(const std::string& path) const { return play(load(path)); }
-
-private:
-    FMOD_SYSTEM* system_ = nullptr;
+    std::string path = std::filesystem::temp_directory_path() / "sound-XXXXXX";
 };
+inline const Folder folder;
+
+inline std::string read(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// Writes a file into the folder and returns its path.
+inline std::string write(const std::string& name, const std::string& bytes) {
+    std::ofstream(folder.path + name, std::ios::binary) << bytes;
+    return folder.path + name;
+}
+
+// Encodes so many samples of a signal, by default as well as can be and each side for itself, and returns the
+// path of the MP3.
+inline std::string encode(const std::string& name, const Signal& signal, int samples, int rate = 44100,
+                          const std::string& options = "-b 320 -m s") {
+    std::string raw;
+    for (int i = 0; i < samples; ++i) {
+        for (const double side : signal(static_cast<double>(i) / rate)) {
+            const auto value = std::lround(side * 32767);
+            raw += {static_cast<char>(value & 0xFF), static_cast<char>(value >> 8)};
+        }
+    }
+    // As loud as the source, and with all its frequencies. It warns that it takes the samples as they are.
+    const std::string command = LAME " --quiet --noreplaygain --scale 1 --lowpass -1 " + options + " -r -s " +
+                                std::to_string(rate / 1000.0) + " '" + write(name + ".raw", raw) + "' '" +
+                                folder.path + name + "' 2>/dev/null";
+    [[maybe_unused]] const int status = std::system(command.c_str());
+    return folder.path + name;
+}
+
+// The supplied clock, in microseconds: it stands still unless a test moves it.
+inline std::atomic<unsigned long long> now{5000000};
+inline unsigned long long supplied() { return now; }
+constexpr FMOD_CLOCK realTime = nullptr;
 
 // The way that the show opens its track.
-FMOD_RESULT createStream(FMOD_SYSTEM* system, const std::string& path, FMOD_SOUND** sound);
+constexpr FMOD_MODE mode =
+    FMOD_LOOP_OFF | FMOD_2D | FMOD_SOFTWARE | FMOD_CREATESAMPLE | FMOD_ACCURATETIME | FMOD_UNIQUE;
 
-unsigned int length(FMOD_SOUND* sound);
-unsigned int position(FMOD_CHANNEL* channel);
-std::vector<float> spectrum(FMOD_CHANNEL* channel, int count = 512);
-bool alive(FMOD_CHANNEL* channel);
+// A system of ten channels, as the show has it.
+struct Player {
+    explicit Player(FMOD_CLOCK clock = supplied, int channels = 10) {
+        // What this machine has for sound is none of our business, unless somebody asks for it.
+        ::setenv("ALSOFT_DRIVERS", "null", 0);
+        FMOD_Clock_Set(clock);
+        FMOD_System_Create(&system);
+        FMOD_System_Init(system, channels, FMOD_INIT_NORMAL, nullptr);
+    }
+    ~Player() { FMOD_System_Release(system); }
 
-} // namespace sound
+    FMOD_SOUND* load(const std::string& path) const {
+        FMOD_SOUND* sound = nullptr;
+        FMOD_System_CreateStream(system, path.c_str(), mode, nullptr, &sound);
+        return sound;
+    }
+    FMOD_CHANNEL* play(FMOD_SOUND* sound, bool paused = false) const {
+        FMOD_CHANNEL* channel = nullptr;
+        FMOD_System_PlaySound(system, FMOD_CHANNEL_FREE, sound, paused, &channel);
+        return channel;
+    }
+    FMOD_CHANNEL* play(const std::string& path) const { return play(load(path)); }
+
+    FMOD_SYSTEM* system = nullptr;
+};
+
+inline unsigned int length(FMOD_SOUND* sound) {
+    unsigned int milliseconds = 0;
+    FMOD_Sound_GetLength(sound, &milliseconds, FMOD_TIMEUNIT_MS);
+    return milliseconds;
+}
+
+// Where a channel is, in milliseconds, unless it is over.
+constexpr unsigned int over = 77777777;
+inline unsigned int position(FMOD_CHANNEL* channel) {
+    unsigned int milliseconds = over;
+    FMOD_Channel_GetPosition(channel, &milliseconds, FMOD_TIMEUNIT_MS);
+    return milliseconds;
+}
+
+inline std::vector<float> spectrum(FMOD_CHANNEL* channel, int count = 512) {
+    std::vector<float> values(count, -1);
+    FMOD_Channel_GetSpectrum(channel, values.data(), count, 0, FMOD_DSP_FFT_WINDOW_TRIANGLE);
+    return values;
+}

@@ -1,209 +1,106 @@
-// What happens to handles that are not good, and in which order things may be given back.
+// What is refused, and in which order things may be given back.
 
-#include <gtest/gtest.h>
-
-#include <array>
-#include <functional>
-#include <string>
-#include <thread>
-#include <vector>
-
-#include "Music.h"
 #include "Player.h"
 
-namespace {
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-using sound::Folder;
-using sound::Player;
+#include <algorithm>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
 
-// Every call on a handle of each kind, with arguments that are all right and results that must not change.
-template <typename Handle>
-using Calls = std::vector<std::function<FMOD_RESULT(Handle*)>>;
+using testing::AllOf;
 
-unsigned int number = 77;
-std::array<char, 8> text{};
-std::array<float, 512> values{};
-FMOD_BOOL answer = 77;
-FMOD_SOUND* soundResult = nullptr;
-FMOD_CHANNEL* channelResult = nullptr;
-
-Calls<FMOD_SYSTEM> systemCalls(const std::string& path, FMOD_SOUND* sound) {
-    return {[](FMOD_SYSTEM* s) { return FMOD_System_Init(s, 10, FMOD_INIT_NORMAL, nullptr); },
-            [path](FMOD_SYSTEM* s) { return sound::createStream(s, path, &soundResult); },
-            [sound](FMOD_SYSTEM* s) {
-                return FMOD_System_PlaySound(s, FMOD_CHANNEL_FREE, sound, 0, &channelResult);
-            },
-            FMOD_System_Update,
-            FMOD_System_Close,
-            FMOD_System_Release};
-}
-
-Calls<FMOD_SOUND> soundCalls() {
-    return {[](FMOD_SOUND* s) { return FMOD_Sound_GetLength(s, &number, FMOD_TIMEUNIT_MS); },
-            [](FMOD_SOUND* s) { return FMOD_Sound_GetName(s, text.data(), text.size()); },
-            FMOD_Sound_Release};
-}
-
-Calls<FMOD_CHANNEL> channelCalls() {
-    return {[](FMOD_CHANNEL* c) { return FMOD_Channel_GetPaused(c, &answer); },
-            [](FMOD_CHANNEL* c) { return FMOD_Channel_SetPaused(c, 1); },
-            [](FMOD_CHANNEL* c) { return FMOD_Channel_SetLoopCount(c, -1); },
-            [](FMOD_CHANNEL* c) {
-                return FMOD_Channel_GetSpectrum(c, values.data(), 512, 0, FMOD_DSP_FFT_WINDOW_TRIANGLE);
-            },
-            [](FMOD_CHANNEL* c) { return FMOD_Channel_GetPosition(c, &number, FMOD_TIMEUNIT_MS); },
-            [](FMOD_CHANNEL* c) { return FMOD_Channel_SetPosition(c, 0, FMOD_TIMEUNIT_MS); },
-            FMOD_Channel_Stop};
-}
-
-template <typename Handle>
-void expectRefusal(const Calls<Handle>& calls, const std::vector<void*>& handles) {
-    for (std::size_t i = 0; i < calls.size(); ++i) {
-        for (void* const handle : handles) {
-            EXPECT_EQ(calls[i](static_cast<Handle*>(handle)), FMOD_ERR_HANDLE) << i << ' ' << handle;
-        }
-    }
-}
-
-class Handles : public testing::Test {
-protected:
-    const Folder folder;
-    const std::string tone = folder.encode("tone.mp3", sound::sineLeft(1000), 44100);
-};
-
-TEST_F(Handles, ThatAreNullForeignOrOverAreRefusedByEveryCall) {
+TEST(Handles, ThatAreNullForeignOrOverAreRefusedByEveryCall) {
+    const std::string tone = encode("tone.mp3", sineLeft(1000), 44100);
+    const char* const path = tone.c_str();
     const Player player;
+    FMOD_SYSTEM* const system = player.system;
     FMOD_SOUND* const sound = player.load(tone);
     FMOD_CHANNEL* const channel = player.play(sound);
-    FMOD_SOUND* const releasedSound = player.load(tone);
-    FMOD_CHANNEL* const stopped = player.play(releasedSound);
-    EXPECT_EQ(FMOD_Channel_Stop(stopped), FMOD_OK);
-    EXPECT_EQ(FMOD_Sound_Release(releasedSound), FMOD_OK);
-    FMOD_SYSTEM* released = nullptr;
-    FMOD_System_Create(&released);
-    EXPECT_EQ(FMOD_System_Release(released), FMOD_OK);
-
-    int local = 0;
-    const std::vector<void*> strangers = {nullptr, &local, reinterpret_cast<void*>(1)};
-    const auto with = [&strangers](std::initializer_list<void*> more) {
-        std::vector<void*> all = strangers;
-        all.insert(all.end(), more);
-        return all;
+    int number = 77;
+    unsigned int place = 77;
+    char letter = 77;
+    std::vector<float> values(512, 7);
+    FMOD_SOUND* newSound = nullptr;
+    FMOD_CHANNEL* newChannel = nullptr;
+    constexpr auto free = FMOD_CHANNEL_FREE;
+    constexpr auto ms = FMOD_TIMEUNIT_MS;
+    constexpr auto triangle = FMOD_DSP_FFT_WINDOW_TRIANGLE;
+    const auto refuses = [&](void* first, void* second, void* third) {
+        auto* const ofSystem = static_cast<FMOD_SYSTEM*>(first);
+        auto* const ofSound = static_cast<FMOD_SOUND*>(second);
+        auto* const ofChannel = static_cast<FMOD_CHANNEL*>(third);
+        return AllOf(
+            FMOD_System_Init(ofSystem, 10, 0, nullptr), FMOD_System_Update(ofSystem),
+            FMOD_System_Close(ofSystem), FMOD_System_CreateStream(ofSystem, path, mode, nullptr, &newSound),
+            FMOD_System_PlaySound(ofSystem, free, sound, 0, &newChannel), FMOD_System_Release(ofSystem),
+            FMOD_System_PlaySound(system, free, ofSound, 0, &newChannel), FMOD_Sound_Release(ofSound),
+            FMOD_Sound_GetLength(ofSound, &place, ms), FMOD_Sound_GetName(ofSound, &letter, 1),
+            FMOD_Channel_GetPaused(ofChannel, &number), FMOD_Channel_SetPaused(ofChannel, 1),
+            FMOD_Channel_SetLoopCount(ofChannel, -1),
+            FMOD_Channel_GetSpectrum(ofChannel, values.data(), 512, 0, triangle),
+            FMOD_Channel_Stop(ofChannel), FMOD_Channel_GetPosition(ofChannel, &place, ms),
+            FMOD_Channel_SetPosition(ofChannel, 0, ms));
     };
-    expectRefusal(systemCalls(tone, sound), with({sound, channel, released}));
-    expectRefusal(soundCalls(), with({player.system(), channel, releasedSound}));
-    expectRefusal(channelCalls(), with({player.system(), sound, stopped}));
-    EXPECT_EQ(number, 77U);
-    EXPECT_EQ(answer, 77);
-    EXPECT_EQ(text[0], '\0');
-    EXPECT_EQ(soundResult, nullptr);
-    EXPECT_EQ(channelResult, nullptr);
-
-    // A sound of another system, and a system that has nowhere to put its results.
-    const Player other;
-    EXPECT_EQ(FMOD_System_PlaySound(other.system(), FMOD_CHANNEL_FREE, sound, 0, &channelResult),
-              FMOD_ERR_HANDLE);
-    EXPECT_EQ(FMOD_System_PlaySound(player.system(), FMOD_CHANNEL_FREE, sound, 0, nullptr),
-              FMOD_ERR_ARGUMENT);
-    EXPECT_EQ(sound::createStream(player.system(), tone, nullptr), FMOD_ERR_ARGUMENT);
-    EXPECT_EQ(FMOD_System_CreateStream(player.system(), nullptr, FMOD_2D, nullptr, &soundResult),
-              FMOD_ERR_ARGUMENT);
-    EXPECT_EQ(FMOD_System_CreateStream(player.system(), tone.c_str(), 0x2, nullptr, &soundResult),
-              FMOD_ERR_ARGUMENT);
-    EXPECT_EQ(FMOD_System_Create(nullptr), FMOD_ERR_ARGUMENT);
-    EXPECT_EQ(FMOD_Sound_GetLength(sound, nullptr, FMOD_TIMEUNIT_MS), FMOD_ERR_ARGUMENT);
-    EXPECT_EQ(FMOD_Sound_GetLength(sound, &number, 2), FMOD_ERR_ARGUMENT);
-    EXPECT_EQ(FMOD_Channel_GetPaused(channel, nullptr), FMOD_ERR_ARGUMENT);
-    EXPECT_EQ(FMOD_Channel_GetPosition(channel, nullptr, FMOD_TIMEUNIT_MS), FMOD_ERR_ARGUMENT);
-    EXPECT_EQ(FMOD_Channel_GetPosition(channel, &number, 0), FMOD_ERR_ARGUMENT);
-    EXPECT_EQ(FMOD_Channel_SetPosition(channel, 0, 0), FMOD_ERR_ARGUMENT);
-    // None of all that has touched what is alive.
-    EXPECT_EQ(sound::length(sound), 1000U);
-    EXPECT_TRUE(sound::alive(channel));
+    for (void* const handle : std::vector<void*>{nullptr, &number, reinterpret_cast<void*>(1),
+                                                 Player().system, Player().load(tone), Player().play(tone)}) {
+        EXPECT_THAT(FMOD_ERR_HANDLE, refuses(handle, handle, handle)) << handle;
+    }
+    EXPECT_THAT(FMOD_ERR_HANDLE, refuses(sound, channel, system));
+    EXPECT_THAT(FMOD_ERR_HANDLE, refuses(channel, system, sound));
+    EXPECT_EQ(FMOD_System_PlaySound(Player().system, free, sound, 0, &newChannel), FMOD_ERR_HANDLE);
+    // The handles are right, something else is not.
+    const auto wrong = AllOf(
+        FMOD_System_Create(nullptr), FMOD_System_Init(system, 0, 0, nullptr),
+        FMOD_System_Init(system, 4097, 0, nullptr),
+        FMOD_System_CreateStream(system, path, mode, nullptr, nullptr),
+        FMOD_System_CreateStream(system, nullptr, mode, nullptr, &newSound),
+        FMOD_System_PlaySound(system, free, sound, 0, nullptr), FMOD_Sound_GetLength(sound, nullptr, ms),
+        FMOD_Sound_GetName(sound, nullptr, 8), FMOD_Sound_GetName(sound, &letter, 0),
+        FMOD_Channel_GetPaused(channel, nullptr), FMOD_Channel_SetLoopCount(channel, -2),
+        FMOD_Channel_GetPosition(channel, nullptr, ms), FMOD_Channel_SetPosition(channel, 1001, ms),
+        FMOD_Channel_GetSpectrum(channel, nullptr, 512, 0, triangle));
+    EXPECT_THAT(FMOD_ERR_ARGUMENT, wrong);
+    // None of all that has written anything, but the zeroes, or touched what is alive.
+    EXPECT_EQ(std::tuple(number, place, letter), std::tuple(77, 77U, 77));
+    EXPECT_EQ(std::pair(newSound, newChannel), (std::pair<FMOD_SOUND*, FMOD_CHANNEL*>()));
+    EXPECT_THAT(values, testing::Each(0.0F));
+    EXPECT_EQ(std::pair(length(sound), position(channel)), std::pair(1000U, 0U));
+    // The number of values, the side, and how many values a refusal clears.
+    using Case = std::tuple<int, int, int>;
+    for (const auto& [count, side, cleared] :
+         {Case(1, 0, 1), Case(32, 0, 32), Case(65, 0, 65), Case(8191, 0, 8191), Case(8192, 1, 8192),
+          Case(8193, 0, 0), Case(16384, 0, 0), Case(0, 0, 0), Case(-512, 0, 0), Case(-2147483647, 0, 0)}) {
+        values.assign(8192, 7);
+        EXPECT_EQ(FMOD_Channel_GetSpectrum(channel, values.data(), count, side, triangle), FMOD_ERR_ARGUMENT);
+        EXPECT_EQ(std::count(values.begin(), values.begin() + cleared, 0), cleared) << count;
+        EXPECT_EQ(std::count(values.begin(), values.end(), 7), 8192 - cleared) << count;
+    }
 }
 
-TEST_F(Handles, OfASystemFollowItsState) {
-    FMOD_SYSTEM* system = nullptr;
-    FMOD_SOUND* sound = nullptr;
-    FMOD_CHANNEL* channel = nullptr;
-    ASSERT_EQ(FMOD_System_Create(&system), FMOD_OK);
-    EXPECT_EQ(FMOD_System_Update(system), FMOD_ERR_NOT_INITIALISED);
-    EXPECT_EQ(sound::createStream(system, tone, &sound), FMOD_ERR_NOT_INITIALISED);
-    for (const int count : {-1, 0, 4097}) {
-        EXPECT_EQ(FMOD_System_Init(system, count, FMOD_INIT_NORMAL, nullptr), FMOD_ERR_ARGUMENT);
-    }
-    EXPECT_EQ(FMOD_System_Close(system), FMOD_OK);
-    for (int round = 0; round < 2; ++round) {
-        EXPECT_EQ(FMOD_System_Init(system, 10, FMOD_INIT_NORMAL, nullptr), FMOD_OK);
-        EXPECT_EQ(FMOD_System_Init(system, 10, FMOD_INIT_NORMAL, nullptr), FMOD_ERR_INITIALISED);
-        EXPECT_EQ(FMOD_System_Update(system), FMOD_OK);
-        EXPECT_EQ(sound::createStream(system, tone, &sound), FMOD_OK);
-        EXPECT_EQ(FMOD_System_PlaySound(system, FMOD_CHANNEL_FREE, sound, 0, &channel), FMOD_OK);
-        EXPECT_TRUE(sound::alive(channel));
-        EXPECT_EQ(FMOD_System_Close(system), FMOD_OK);
-        EXPECT_EQ(FMOD_System_Close(system), FMOD_OK);
-        EXPECT_FALSE(sound::alive(channel));
-        EXPECT_EQ(FMOD_System_PlaySound(system, FMOD_CHANNEL_FREE, sound, 0, &channel),
-                  FMOD_ERR_NOT_INITIALISED);
-        EXPECT_EQ(sound::length(sound), 1000U);
-    }
-    EXPECT_EQ(FMOD_System_Release(system), FMOD_OK);
-    EXPECT_EQ(FMOD_System_Release(system), FMOD_ERR_HANDLE);
-    EXPECT_EQ(FMOD_Sound_Release(sound), FMOD_ERR_HANDLE);
-}
-
-TEST_F(Handles, MayBeGivenBackInAnyOrder) {
-    for (const auto time : {Player::Time::supplied, Player::Time::real}) {
-        for (const bool soundFirst : {true, false}) {
-            for (const bool close : {true, false}) {
-                const Player player(time);
-                FMOD_SOUND* const sound = player.load(tone);
-                FMOD_CHANNEL* const channel = player.play(sound);
-                player.load(tone); // never given back
-                if (soundFirst) {
-                    EXPECT_EQ(FMOD_Sound_Release(sound), FMOD_OK);
-                    EXPECT_TRUE(sound::alive(channel));
-                }
-                if (close) {
-                    EXPECT_EQ(FMOD_System_Close(player.system()), FMOD_OK);
-                }
-                EXPECT_EQ(FMOD_System_Release(player.system()), FMOD_OK);
-                EXPECT_EQ(FMOD_Sound_Release(sound), FMOD_ERR_HANDLE);
-                EXPECT_FALSE(sound::alive(channel));
-            }
+TEST(Handles, MayBeGivenBackInAnyOrder) {
+    const std::string tone = encode("tone.mp3", sineLeft(1000), 44100);
+    for (int order = 0; order < 8; ++order) {
+        const Player player(order < 4 ? supplied : realTime);
+        FMOD_SOUND* const sound = player.load(tone);
+        FMOD_CHANNEL* const channel = player.play(sound);
+        EXPECT_EQ(FMOD_System_Init(player.system, 10, 0, nullptr), FMOD_ERR_INITIALISED);
+        if (order % 2 == 1) {
+            EXPECT_EQ(FMOD_Sound_Release(sound), FMOD_OK);
+            EXPECT_NE(position(channel), over);
         }
+        if (order / 2 % 2 == 1) {
+            EXPECT_EQ(FMOD_System_Close(player.system), FMOD_OK);
+            EXPECT_EQ(FMOD_System_Update(player.system), FMOD_ERR_NOT_INITIALISED);
+            EXPECT_EQ(position(channel), over);
+            EXPECT_EQ(FMOD_System_Init(player.system, 10, 0, nullptr), FMOD_OK);
+            EXPECT_EQ(player.play(sound) == nullptr, order % 2 == 1);
+        }
+        EXPECT_EQ(FMOD_System_Release(player.system), FMOD_OK);
+        EXPECT_EQ(FMOD_Sound_Release(sound), FMOD_ERR_HANDLE);
+        EXPECT_EQ(position(channel), over);
     }
 }
-
-TEST_F(Handles, MayBeUsedByManyThreads) {
-    const Player player(Player::Time::real);
-    FMOD_SOUND* const sound = player.load(tone);
-    FMOD_CHANNEL* const channel = player.play(sound, true);
-    std::vector<std::thread> threads;
-    threads.reserve(4);
-    for (int number = 0; number < 4; ++number) {
-        threads.emplace_back([&, number] {
-            for (unsigned int i = 0; i < 200; ++i) {
-                std::array<float, 512> mine{};
-                FMOD_Channel_GetSpectrum(channel, mine.data(), 512, 0, FMOD_DSP_FFT_WINDOW_TRIANGLE);
-                FMOD_Channel_SetPaused(channel, static_cast<int>(i) % 2);
-                FMOD_Channel_SetPosition(channel, i, FMOD_TIMEUNIT_MS);
-                FMOD_CHANNEL* other = nullptr;
-                if (FMOD_System_PlaySound(player.system(), FMOD_CHANNEL_FREE, sound, 0, &other) == FMOD_OK) {
-                    FMOD_Channel_Stop(other);
-                }
-                if (number == 0 && i == 100) {
-                    FMOD_Sound_Release(sound);
-                }
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    FMOD_Channel_SetPosition(channel, 500, FMOD_TIMEUNIT_MS);
-    FMOD_Channel_SetPaused(channel, 1);
-    EXPECT_GE(sound::position(channel), 500U);
-}
-
-} // namespace
