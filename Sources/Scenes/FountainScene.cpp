@@ -15,6 +15,18 @@ bool FountainScene::playMove(std::uint32_t& startTime, unsigned int time) {
     return hasMove();
 }
 
+bool FountainScene::playFlight(std::uint32_t& startTime, unsigned int time) {
+    if (startTime == 0) {
+        startTime = time;
+    }
+    fadeValue = 1;
+    if (!playMove(startTime, time)) {
+        return false;
+    }
+    fadeOverMove(startTime, time);
+    return true;
+}
+
 void FountainScene::fadeOverMove(std::uint32_t startTime, unsigned int time) {
     const unsigned int duration = camera().getMsTime();
     fadeInAndOut((time - startTime) % duration, duration);

@@ -8,6 +8,7 @@
 class FountainScene : public FilmedScene {
 protected:
     static constexpr std::size_t CLUSTER = 6; ///< fountains at one place
+    static constexpr float LOUD = 0.2f;       ///< magnitude above which a band fires waves into the grid
 
     using Offsets = std::array<float, CLUSTER>;
 
@@ -53,6 +54,10 @@ protected:
     /// Goes on with the move. When it has ended the time base moves on by its duration to that of the next
     /// move; false when it was the last.
     bool playMove(std::uint32_t& startTime, unsigned int time);
+
+    /// The same for a scene of one flight: it starts with the first update and is fully lit between its
+    /// fades.
+    bool playFlight(std::uint32_t& startTime, unsigned int time);
 
     /// Fades in and out over the current move.
     void fadeOverMove(std::uint32_t startTime, unsigned int time);

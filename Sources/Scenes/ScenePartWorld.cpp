@@ -10,7 +10,6 @@ const float GROUND_SIZE = 150;              // world units
 const unsigned int MOVE_TIME = 25000;       // ms
 const unsigned int LONG_FADE_START = 10000; // ms
 const unsigned int BANDS = 10;              // that fire waves
-const float LOUD = 0.2f;
 
 Vector3f randomPlace() {
     // One draw a statement: their order is part of the show.
@@ -78,15 +77,9 @@ bool ScenePartWorld::update(const Camera& /*camera*/, Grid* pGrid, Music* pMusic
     updateAll(spheres);
     updateAll(parts2);
     updateAll(parts);
-    if (startTime == 0) {
-        startTime = time;
-    }
-    fadeValue = 1;
-    if (!playMove(startTime, time)) {
+    if (!playFlight(startTime, time)) {
         return false;
     }
-    fadeOverMove(startTime, time);
-
     listen(spectrum, pGrid, pMusic);
     bool launched = false;
     for (unsigned int band = 0; band < BANDS; ++band) {

@@ -3,7 +3,6 @@
 #include "Utils/Random.h"
 
 static const unsigned int BANDS = 8; // that fire waves
-static const float LOUD = 0.2f;
 
 SceneSpectrumImpulsePart::SceneSpectrumImpulsePart() {
     addMove({25, 5.5f, 20}, {65, 2, 20}, {35, 1, 30}, {75, 1, 30}, 15000);
@@ -20,14 +19,9 @@ bool SceneSpectrumImpulsePart::update(const Camera& /*camera*/, Grid* pGrid, Mus
 
     pGrid->setImpulsionValue(8);
     updateAll(parts);
-    if (startTime == 0) {
-        startTime = time;
-    }
-    fadeValue = 1;
-    if (!playMove(startTime, time)) {
+    if (!playFlight(startTime, time)) {
         return false;
     }
-    fadeOverMove(startTime, time);
     listen(spectrum, pGrid, pMusic);
     for (unsigned int band = 0; band < BANDS; ++band) {
         if (spectrum[band] > LOUD) {
