@@ -1,17 +1,16 @@
 #pragma once
 
+#include "Objects/Grid.h"
+
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <queue>
 #include <vector>
 
-#include <gtest/gtest.h>
-
-#include "Objects/Grid.h"
-
-/// What the lattice should look like, worked out point by point: world x along the first index, world z along
-/// the second.
+/// What the lattice should look like, worked out point by point.
 struct GridModel {
     struct Cell {
         float height = 0;
@@ -27,67 +26,51 @@ struct GridModel {
     }
 
     void clearColour(const Colour4& colour) {
-        for (Cell& cell : cells) {
-            cell.colour = cell.rest = colour;
-        }
+        std::for_each(cells.begin(), cells.end(), [&](Cell& cell) { cell.colour = cell.rest = colour; });
     }
     void clearElevation() {
-        for (Cell& cell : cells) {
-            cell.height = 0;
-        }
+        std::for_each(cells.begin(), cells.end(), [](Cell& cell) { cell.height = 0; });
     }
 
     void spectrum(const float* magnitudes, float spike) {
         for (unsigned int band = 0; band < pics.size(); ++band) {
             for (const unsigned int pic : pics[band]) {
-                const bool sinks = cells[pic].height > 0.4f;
-                cells[pic].height = sinks ? static_cast<float>(cells[pic].height - 0.1) : 0;
-                const bool lifted = 15 * magnitudes[band] > cells[pic].height;
-                if (lifted) {
-                    cells[pic].height = spike * magnitudes[band];
-                }
-                if (lifted || !sinks) {
-                    cells[pic].colour = cells[band].rest * (lifted ? 0.6f : 1);
-                }
+                Cell& cell = cells[pic];
+                const bool sinks = cell.height > 0.4f;
+                cell.height = sinks ? static_cast<float>(cell.height - 0.1) : 0;
+                const bool lifted = 15 * magnitudes[band] > cell.height;
+                cell.height = lifted ? spike * magnitudes[band] : cell.height;
+                cell.colour = lifted ? cells[band].rest * 0.6f : sinks ? cell.colour : cells[band].rest;
             }
         }
     }
 
     /// Ring by ring; waves count x along z, from either edge of the same lattice.
-    void impulsion(unsigned int x, unsigned int y, const Colour4& colour, unsigned int step,
-                   unsigned int limit) {
-        struct Front {
-            int x, y;
-            unsigned int step;
-        };
-        std::queue<Front> fronts({{static_cast<int>(x), static_cast<int>(y), step}});
+    void impulsion(int x, int y, const Colour4& colour, unsigned int step, unsigned int limit) {
+        std::queue<std::array<int, 3>> fronts({{x, y, static_cast<int>(step)}});
         for (; !fronts.empty(); fronts.pop()) {
-            const Front f = fronts.front();
-            if (f.x < 0 || f.y < 0 || f.x >= static_cast<int>(X) || f.y >= static_cast<int>(Y) ||
-                f.step >= limit) {
+            const auto [u, v, ring] = fronts.front();
+            if (u < 0 || v < 0 || u >= static_cast<int>(X) || v >= static_cast<int>(Y) ||
+                ring >= static_cast<int>(limit)) {
                 continue;
             }
-            Cell& cell = cells[f.y * X + f.x];
-            if (cell.mark == 0 || cell.mark > f.step) {
-                const unsigned int ring = std::max(f.step, 1U);
-                cell.mark = ring;
+            Cell& cell = cells[v * X + u];
+            if (cell.mark == 0 || static_cast<int>(cell.mark) > ring) {
+                cell.mark = std::max(ring, 1);
                 cell.rest = colour;
                 clock = 1;
-                for (const int d : {-1, 1}) {
-                    fronts.push({f.x + d, f.y, ring + 1});
-                    fronts.push({f.x, f.y + d, ring + 1});
+                for (const auto& [du, dv] : {std::pair(-1, 0), {1, 0}, {0, -1}, {0, 1}}) {
+                    fronts.push({u + du, v + dv, std::max(ring, 1) + 1});
                 }
             }
         }
     }
 
     void waves() {
-        if (clock == 0) {
-            return;
-        }
+        bool over = true;
         for (Cell& cell : cells) {
             Colour4& c = cell.colour;
-            if (cell.mark == clock) {
+            if (clock != 0 && cell.mark == clock) {
                 c = Colour4(1, 1, 1, 0.7f);
             } else if (cell.mark < clock) {
                 c = c * 0.9f + cell.rest * 0.1f;
@@ -96,10 +79,18 @@ struct GridModel {
                     cell.mark = 0;
                 }
             }
+            over = over && cell.mark == 0;
         }
-        const bool over =
-            std::all_of(cells.begin(), cells.end(), [](const Cell& cell) { return cell.mark == 0; });
         clock = over ? 0 : clock + 1;
+    }
+
+    void expectAlike(const Grid& grid) const {
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            const Point& point = grid.getPoints()[i];
+            const Colour4 difference = point.colour - cells[i].colour;
+            ASSERT_NEAR(point.position.y, cells[i].height, 1e-5) << i;
+            ASSERT_LT(difference.dot(difference), 1e-9) << i;
+        }
     }
 
     inline static const Colour4 GREY = Colour4(117 / 255.0f, 117 / 255.0f, 117 / 255.0f, 0.7f);
@@ -109,14 +100,3 @@ struct GridModel {
     std::array<std::array<unsigned int, 64>, 16> pics{};
     unsigned int clock = 0; ///< ring of the wave front, 0: no wave
 };
-
-/// Expects a lattice to look as the model says.
-inline void expectAlike(const Grid& grid, const GridModel& model) {
-    for (std::size_t i = 0; i < model.cells.size(); ++i) {
-        const Point& point = grid.getPoints()[i];
-        const GridModel::Cell& cell = model.cells[i];
-        const Colour4 difference = point.colour - cell.colour;
-        ASSERT_NEAR(point.position.y, cell.height, 1e-5) << i;
-        ASSERT_LT(difference.dot(difference), 1e-9) << i;
-    }
-}

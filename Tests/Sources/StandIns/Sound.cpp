@@ -1,89 +1,55 @@
-// The sound layer: handles are numbers, and what has none gets an error.
-
-#include <cstring>
+// The sound layer: what has no handle gets an error.
 
 #include "StandIns/Stage.h"
 
 namespace {
-std::uintptr_t lastHandle = 0;
-
-template <typename Handle, typename... Arguments>
-FMOD_RESULT answer(const char* name, const Handle* handle, const Arguments&... arguments) {
-    stage().record(name, reinterpret_cast<std::uintptr_t>(handle), arguments...);
-    const bool fails = ++stage().soundCalls == stage().failingSoundCall || stage().fails(name);
+template <typename... Arguments>
+FMOD_RESULT answer(const char* name, const void* handle, const Arguments&... arguments) {
+    const bool works = stage.note(name, handle != nullptr, arguments...);
+    const bool fails = ++stage.soundCalls == stage.failingSoundCall || !works;
     return fails ? FMOD_ERR_MEMORY : handle == nullptr ? FMOD_ERR_HANDLE : FMOD_OK;
 }
 
-/// Writes a result, if there is one.
-template <typename T>
-FMOD_RESULT with(FMOD_RESULT result, T* where, T value) {
-    if (result == FMOD_OK) {
-        *where = value;
-    }
-    return result;
-}
-
+/// Gives out a handle, if there is one.
 template <typename Handle>
-Handle* newHandle() {
-    return reinterpret_cast<Handle*>(++lastHandle); // NOLINT(performance-no-int-to-ptr)
+FMOD_RESULT open(FMOD_RESULT result, Handle** where) {
+    static char something;
+    *where = result == FMOD_OK ? reinterpret_cast<Handle*>(&something) : *where;
+    return result;
 }
 } // namespace
 
 extern "C" {
-FMOD_RESULT FMOD_System_Create(FMOD_SYSTEM** system) {
-    lastHandle = 0;
-    return with(answer("FMOD_System_Create", reinterpret_cast<const char*>(1)), system,
-                newHandle<FMOD_SYSTEM>());
-}
-FMOD_RESULT FMOD_System_Init(FMOD_SYSTEM* system, int channels, FMOD_INITFLAGS flags, void* extra) {
-    return answer("FMOD_System_Init", system, channels, flags, extra != nullptr);
+FMOD_RESULT FMOD_System_Create(FMOD_SYSTEM** system) { return open(answer(__func__, system), system); }
+FMOD_RESULT FMOD_System_Init(FMOD_SYSTEM* s, int n, FMOD_INITFLAGS f, void*) {
+    return answer(__func__, s, n, f);
 }
 FMOD_RESULT FMOD_System_CreateStream(FMOD_SYSTEM* system, const char* name, FMOD_MODE mode,
-                                     FMOD_CREATESOUNDEXINFO* exinfo, FMOD_SOUND** sound) {
-    return with(answer("FMOD_System_CreateStream", system, name, mode, exinfo != nullptr), sound,
-                newHandle<FMOD_SOUND>());
+                                     FMOD_CREATESOUNDEXINFO*, FMOD_SOUND** sound) {
+    return open(answer(__func__, system, name, mode), sound);
 }
-FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX channelid, FMOD_SOUND* sound,
+FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX index, FMOD_SOUND* sound,
                                   FMOD_BOOL paused, FMOD_CHANNEL** channel) {
-    const FMOD_RESULT result =
-        answer("FMOD_System_PlaySound", system, channelid, reinterpret_cast<std::uintptr_t>(sound), paused);
-    return with(sound != nullptr ? result : FMOD_ERR_HANDLE, channel, newHandle<FMOD_CHANNEL>());
+    return open(answer(__func__, system != nullptr ? sound : nullptr, index, paused), channel);
 }
-FMOD_RESULT FMOD_System_Update(FMOD_SYSTEM* system) { return answer("FMOD_System_Update", system); }
-FMOD_RESULT FMOD_System_Close(FMOD_SYSTEM* system) { return answer("FMOD_System_Close", system); }
-FMOD_RESULT FMOD_System_Release(FMOD_SYSTEM* system) { return answer("FMOD_System_Release", system); }
-FMOD_RESULT FMOD_Sound_Release(FMOD_SOUND* sound) { return answer("FMOD_Sound_Release", sound); }
-FMOD_RESULT FMOD_Sound_GetLength(FMOD_SOUND* sound, unsigned int* length, FMOD_TIMEUNIT unit) {
-    return with(answer("FMOD_Sound_GetLength", sound, unit), length, 103000U);
-}
-FMOD_RESULT FMOD_Sound_GetName(FMOD_SOUND* sound, char* name, int namelength) {
-    const FMOD_RESULT result = answer("FMOD_Sound_GetName", sound, namelength);
-    std::strncpy(name, "Quelar", namelength); // the worst of layers writes also when it fails
-    return result;
-}
-FMOD_RESULT FMOD_Channel_GetPaused(FMOD_CHANNEL* channel, FMOD_BOOL* paused) {
-    return with(answer("FMOD_Channel_GetPaused", channel), paused, stage().paused);
-}
-FMOD_RESULT FMOD_Channel_SetPaused(FMOD_CHANNEL* channel, FMOD_BOOL paused) {
-    stage().paused = paused;
-    return answer("FMOD_Channel_SetPaused", channel, paused);
-}
-FMOD_RESULT FMOD_Channel_SetLoopCount(FMOD_CHANNEL* channel, int count) {
-    return answer("FMOD_Channel_SetLoopCount", channel, count);
-}
-FMOD_RESULT FMOD_Channel_Stop(FMOD_CHANNEL* channel) { return answer("FMOD_Channel_Stop", channel); }
-FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* spectrum, int numvalues, int channeloffset,
-                                     FMOD_DSP_FFT_WINDOW window) {
-    const FMOD_RESULT result = answer("FMOD_Channel_GetSpectrum", channel, numvalues, channeloffset, window);
+FMOD_RESULT FMOD_System_Update(FMOD_SYSTEM* system) { return answer(__func__, system); }
+FMOD_RESULT FMOD_System_Close(FMOD_SYSTEM* system) { return answer(__func__, system); }
+FMOD_RESULT FMOD_System_Release(FMOD_SYSTEM* system) { return answer(__func__, system); }
+FMOD_RESULT FMOD_Sound_Release(FMOD_SOUND* sound) { return answer(__func__, sound); }
+FMOD_RESULT FMOD_Sound_GetLength(FMOD_SOUND*, unsigned int*, FMOD_TIMEUNIT) { return FMOD_ERR_MEMORY; }
+FMOD_RESULT FMOD_Sound_GetName(FMOD_SOUND*, char*, int) { return FMOD_ERR_MEMORY; }
+FMOD_RESULT FMOD_Channel_GetPaused(FMOD_CHANNEL* channel, FMOD_BOOL*) { return answer(__func__, channel); }
+FMOD_RESULT FMOD_Channel_SetPaused(FMOD_CHANNEL* c, FMOD_BOOL paused) { return answer(__func__, c, paused); }
+FMOD_RESULT FMOD_Channel_SetLoopCount(FMOD_CHANNEL* c, int count) { return answer(__func__, c, count); }
+FMOD_RESULT FMOD_Channel_Stop(FMOD_CHANNEL* channel) { return answer(__func__, channel); }
+FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* spectrum, int n, int o,
+                                     FMOD_DSP_FFT_WINDOW w) {
+    const FMOD_RESULT result = answer(__func__, channel, n, o, w);
     if (result == FMOD_OK) {
-        stage().spectrum(spectrum);
+        stage.spectrum(spectrum);
     }
     return result;
 }
-FMOD_RESULT FMOD_Channel_GetPosition(FMOD_CHANNEL* channel, unsigned int* position, FMOD_TIMEUNIT unit) {
-    return with(answer("FMOD_Channel_GetPosition", channel, unit), position, 4200U);
-}
-FMOD_RESULT FMOD_Channel_SetPosition(FMOD_CHANNEL* channel, unsigned int position, FMOD_TIMEUNIT unit) {
-    return answer("FMOD_Channel_SetPosition", channel, position, unit);
-}
+FMOD_RESULT FMOD_Channel_GetPosition(FMOD_CHANNEL*, unsigned int*, FMOD_TIMEUNIT) { return FMOD_ERR_MEMORY; }
+FMOD_RESULT FMOD_Channel_SetPosition(FMOD_CHANNEL*, unsigned int, FMOD_TIMEUNIT) { return FMOD_ERR_MEMORY; }
 }

@@ -2,10 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <iostream>
-#include <new>
-#include <utility>
 
 // The linker gives these two names to the start of the program and to the main of the show.
 extern "C" int __real_main(int argc, char** argv);  // NOLINT(bugprone-reserved-identifier)
@@ -26,67 +23,40 @@ std::string take(std::ostringstream& stream) {
 }
 } // namespace
 
-void Stage::mix(std::string_view bytes) {
-    for (; !bytes.empty(); bytes.remove_prefix(std::min(bytes.size(), sizeof(std::uint64_t)))) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, bytes.data(), std::min(bytes.size(), sizeof word));
-        hash = (hash ^ word) * 0x9E3779B97F4A7C15 + (hash >> 32);
-    }
-}
-
-Stage& stage() {
-    static Stage theStage;
-    return theStage;
-}
-
 std::size_t allocations() { return allocated; }
-
 int perform() { return __real_main(0, nullptr); }
 
-void performAndExit() {
-    const int status = perform();
-    std::fputs((take(printed) + take(reported)).c_str(), stderr);
-    std::exit(status);
-}
-
 OnStage::OnStage() : pOut(std::cout.rdbuf(printed.rdbuf())), pErr(std::cerr.rdbuf(reported.rdbuf())) {
-    stage() = Stage();
-    out();
-    err();
+    stage = Stage();
+    take(printed);
+    take(reported);
 }
-
 OnStage::~OnStage() {
     std::cout.rdbuf(pOut);
     std::cerr.rdbuf(pErr);
 }
-
 std::string OnStage::out() { return take(printed); }
 std::string OnStage::err() { return take(reported); }
-std::vector<std::string> OnStage::calls() { return std::exchange(stage().calls, {}); }
+
+void OnStage::expectExit(int status, const std::string& text) {
+    const auto run = [] {
+        const int result = perform();
+        std::fputs((take(printed) + take(reported)).c_str(), stderr);
+        std::exit(result);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(status), testing::HasSubstr(text));
+}
 
 void* operator new(std::size_t size) {
     ++allocated;
-    if (void* p = std::malloc(size)) {
-        return p;
-    }
-    throw std::bad_alloc();
-}
-void* operator new[](std::size_t size) { return operator new(size); }
-void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-    return stage().memoryIsShort ? nullptr : operator new(size);
+    return std::malloc(size); // there is enough
 }
 void operator delete(void* p) noexcept { std::free(p); }
 void operator delete(void* p, std::size_t /*size*/) noexcept { std::free(p); }
-void operator delete[](void* p) noexcept { std::free(p); }
-void operator delete[](void* p, std::size_t /*size*/) noexcept { std::free(p); }
 
 // The C library's numbers, by its generator of the same sequence.
 extern "C" int rand() noexcept {
-    auto& chance = stage().chance;
-    stage().drawn.push_back(chance.empty() ? static_cast<int>(random()) : chance.front());
-    if (!chance.empty()) {
-        chance.pop_front();
-    }
-    return stage().drawn.back();
+    stage.drawn.push_back(static_cast<int>(random()));
+    return stage.drawn.back();
 }
 extern "C" void srand(unsigned int seed) noexcept { srandom(seed); }

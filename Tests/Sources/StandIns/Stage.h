@@ -1,8 +1,14 @@
 #pragma once
 
+#include "3D/LineRenderer.h"
+
+#include <GL/glew.h>
+#include <SDL.h>
+#include <fmod.h>
+#include <gmock/gmock.h>
+
 #include <array>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <set>
 #include <sstream>
@@ -10,16 +16,9 @@
 #include <string_view>
 #include <vector>
 
-#include <GL/glew.h>
-#include <SDL.h>
-#include <fmod.h>
-#include <gmock/gmock.h>
-
-#include "3D/LineRenderer.h"
-
 /// A call as it stands in the list of calls: the name and the arguments that matter.
 template <typename... Arguments>
-std::string call(const char* name, const Arguments&... arguments) {
+std::string call(const std::string& name, const Arguments&... arguments) {
     std::ostringstream text;
     text.precision(9);
     text << name;
@@ -27,45 +26,31 @@ std::string call(const char* name, const Arguments&... arguments) {
     return text.str();
 }
 
-/// What one draw call showed: its points in the order drawn, where the model-view matrix places them in the
-/// world.
-struct Drawing {
-    GLenum mode;
-    float size; ///< of lines or points, in pixels
-    std::vector<Point> points;
-};
-
 /// Everything around the show: what it did to the libraries, and what they are to answer.
 struct Stage {
     std::vector<std::string> calls;
-    std::vector<Drawing> drawings;
-    std::uint64_t hash = 0; ///< of all calls, drawn points included
-    bool listening = true;  ///< lists calls
-    bool watching = false;  ///< keeps drawings
+    std::vector<std::vector<Point>> drawings; ///< the points of each draw call
+    std::uint64_t hash = 0;                   ///< of all calls, drawn points included
+    bool listening = true;                    ///< lists calls and drawings
     bool hashing = false;
-    bool memoryIsShort = false; ///< an allocation that may fail does
-    int liveObjects = 0;        ///< OpenGL objects made and not deleted
+    int liveObjects = 0; ///< OpenGL objects made and not deleted
     std::size_t errorChecks = 0;
     std::size_t soundCalls = 0;
     std::vector<int> drawn; ///< random numbers
 
     Uint32 now = 1000; ///< ms
-    FMOD_BOOL paused = 0;
-    GLint logLength = 4; ///< as stated by the driver
     std::array<Uint8, SDLK_LAST> keys{};
     std::function<void()> atSwap = [] {};
     std::function<void(float*)> spectrum = [](float*) {};
-    std::deque<int> chance;                     ///< the next random numbers; then come the generator's own
-    std::deque<GLenum> errors;                  ///< that the next checks find; then there are none
-    std::set<std::string, std::less<>> failing; ///< calls that fail, extensions that are missing
-    std::size_t failingSoundCall = 0;           ///< the one of this number, counted from 1
-    std::set<GLuint> broken;                    ///< shaders and programs that cannot be built
-    std::string log = "log";                    ///< what the driver says of these
+    std::vector<GLenum> errors;       ///< that the next checks find, one each
+    std::string failing;              ///< the call that fails, the extension that is missing
+    std::size_t failingSoundCall = 0; ///< the one of this number, counted from 1
+    std::set<GLuint> broken;          ///< shaders and programs that cannot be built
+    std::string log = "log";          ///< what the driver says of these
 
-    bool fails(std::string_view name) const { return failing.count(name) != 0; }
-
+    /// Whether the call succeeds.
     template <typename... Arguments>
-    void record(const char* name, const Arguments&... arguments) {
+    bool note(const char* name, const Arguments&... arguments) {
         if (listening) {
             calls.push_back(call(name, arguments...));
         }
@@ -73,35 +58,35 @@ struct Stage {
             mix(std::string_view(name));
             (mix(arguments), ...);
         }
+        return failing != name;
     }
     template <typename T>
     void mix(const T& value) {
-        mix(std::string_view(reinterpret_cast<const char*>(&value), sizeof value));
+        using Hashed = std::conditional_t<std::is_convertible_v<T, std::string_view>, std::string_view, T>;
+        hash = (hash ^ std::hash<Hashed>()(value)) * 0x9E3779B97F4A7C15 + (hash >> 32);
     }
-    void mix(const char* text) { mix(std::string_view(text)); }
-    void mix(const std::string& text) { mix(std::string_view(text)); }
-    void mix(std::string_view bytes);
 };
 
-Stage& stage();
+inline Stage stage;
 
 /// Allocations by operator new since the program began.
 std::size_t allocations();
 
 /// The show's main.
 int perform();
-/// The same, as a program of its own that prints all its output on standard error.
-[[noreturn]] void performAndExit();
 
 /// A test on a fresh stage, which catches what is printed.
 class OnStage : public testing::Test {
 protected:
     OnStage();
     ~OnStage() override;
-    // What has been printed, and called, since the last time.
+    // What has been printed, called and drawn since the last time.
     static std::string out();
     static std::string err();
-    static std::vector<std::string> calls();
+    static std::vector<std::string> calls() { return std::exchange(stage.calls, {}); }
+    static std::vector<std::vector<Point>> drawings() { return std::exchange(stage.drawings, {}); }
+    /// The show, in a process of its own, ends with the status, and with the text on standard error.
+    static void expectExit(int status, const std::string& text);
 
 private:
     std::streambuf* pOut;
