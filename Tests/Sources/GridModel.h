@@ -14,22 +14,14 @@
 struct GridModel {
     struct Cell {
         float height = 0;
-        Colour4 colour, rest;
+        Colour4 colour = gridColour, rest = gridColour;
         unsigned int mark = 0; ///< ring of the wave that holds it, 0: none
     };
 
     GridModel(unsigned int X, unsigned int Y) : X(X), Y(Y), cells(std::size_t(X) * Y) {
-        clearColour(GREY);
         for (auto& band : pics) {
             std::generate(band.begin(), band.end(), [&] { return std::rand() % (X * Y); });
         }
-    }
-
-    void clearColour(const Colour4& colour) {
-        std::for_each(cells.begin(), cells.end(), [&](Cell& cell) { cell.colour = cell.rest = colour; });
-    }
-    void clearElevation() {
-        std::for_each(cells.begin(), cells.end(), [](Cell& cell) { cell.height = 0; });
     }
 
     void spectrum(const float* magnitudes, float spike) {
@@ -74,7 +66,7 @@ struct GridModel {
                 c = Colour4(1, 1, 1, 0.7f);
             } else if (cell.mark < clock) {
                 c = c * 0.9f + cell.rest * 0.1f;
-                if (std::max({c.r, c.g, c.b}) - GREY.r < 0.05f) { // grey: one limit for all three
+                if (std::max({c.r, c.g, c.b}) - GREY < 0.05f) { // grey: one limit for all three
                     c = cell.rest;
                     cell.mark = 0;
                 }
@@ -87,13 +79,13 @@ struct GridModel {
     void expectAlike(const Grid& grid) const {
         for (std::size_t i = 0; i < cells.size(); ++i) {
             const Point& point = grid.getPoints()[i];
-            const Colour4 difference = point.colour - cells[i].colour;
+            const Colour4 miss = point.colour - cells[i].colour;
             ASSERT_NEAR(point.position.y, cells[i].height, 1e-5) << i;
-            ASSERT_LT(difference.dot(difference), 1e-9) << i;
+            ASSERT_LT(miss.dot(miss), 1e-9) << i;
         }
     }
 
-    inline static const Colour4 GREY = Colour4(117 / 255.0f, 117 / 255.0f, 117 / 255.0f, 0.7f);
+    static constexpr float GREY = 117 / 255.0f;
 
     unsigned int X, Y;
     std::vector<Cell> cells;

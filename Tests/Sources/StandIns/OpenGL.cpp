@@ -25,18 +25,10 @@ void show(GLsizei count, const GLuint* indices) {
     stage.drawings.resize(stage.listening ? stage.drawings.size() : 0);
 }
 
-GLuint make(const char* call) {
-    ++stage.liveObjects;
-    return stage.note(call) ? ++names : 0;
-}
-
-void destroy(const char* call, GLuint name) {
-    stage.note(call, name);
-    --stage.liveObjects;
-}
+GLuint make(const char* call) { return stage.note(call) ? ++names : 0; }
 
 void query(GLuint object, GLenum what, GLint* value) {
-    const bool works = stage.broken.count(object) == 0;
+    const bool works = stage.broken != object;
     *value = what == GL_INFO_LOG_LENGTH ? static_cast<GLint>(stage.log.size()) + 1 : works ? 1 : 0;
 }
 
@@ -45,30 +37,31 @@ void fetchLog(GLuint /*object*/, GLsizei size, GLsizei* /*length*/, GLchar* log)
 }
 } // namespace
 
-// Entry points that are noted and do nothing else.
+// Entry points, most of which are noted and do nothing else.
 #define ENTRY(name) decltype(__glew##name) __glew##name
-#define NOTED(name) ENTRY(name) = [](auto... a) { stage.note("gl" #name, a...); }
+#define NOTED(name) ENTRY(name) = [](auto... a) { stage.note("gl" #name, a...); };
+#define NOTED5(a, b, c, d, e) NOTED(a) NOTED(b) NOTED(c) NOTED(d) NOTED(e)
+#define PLAIN(name)                                                                                          \
+    void name() { stage.note(#name); }
+#define PLAIN4(a, b, c, d) PLAIN(a) PLAIN(b) PLAIN(c) PLAIN(d)
+#define ENUM(name)                                                                                           \
+    void name(GLenum a) { stage.note(#name, a); }
+#define ENUM4(a, b, c, d) ENUM(a) ENUM(b) ENUM(c) ENUM(d)
 
 extern "C" {
-NOTED(AttachShader);
-NOTED(DetachShader);
-NOTED(CompileShader);
-NOTED(BindFramebuffer);
-NOTED(FramebufferTexture2D);
-NOTED(LinkProgram);
-NOTED(BindRenderbuffer);
-NOTED(FramebufferRenderbuffer);
-NOTED(RenderbufferStorage);
-NOTED(DeleteRenderbuffersEXT);
-NOTED(GenRenderbuffers);
-NOTED(Uniform1f);
-NOTED(UseProgram);
+NOTED5(AttachShader, BindFramebuffer, CompileShader, DeleteProgram, DeleteShader)
+NOTED5(DetachShader, FramebufferTexture2D, LinkProgram, Uniform1f, UseProgram)
+NOTED5(BindRenderbuffer, FramebufferRenderbuffer, RenderbufferStorage, DeleteRenderbuffersEXT,
+       GenRenderbuffers)
+PLAIN4(glLoadIdentity, glPushMatrix, glPopMatrix, glEnd)
+ENUM4(glEnable, glDisable, glEnableClientState, glDisableClientState)
+ENUM(glBegin)
+ENUM(glClear)
+ENUM(glMatrixMode)
 ENTRY(GenFramebuffers) = [](auto, auto* p) { *p = make("glGenFramebuffers"); };
 ENTRY(CreateShader) = [](auto) { return make("glCreateShader"); };
 ENTRY(CreateProgram) = [] { return make("glCreateProgram"); };
-ENTRY(DeleteFramebuffers) = [](auto, auto* p) { destroy("glDeleteFramebuffers", *p); };
-ENTRY(DeleteShader) = [](auto name) { destroy("glDeleteShader", name); };
-ENTRY(DeleteProgram) = [](auto name) { destroy("glDeleteProgram", name); };
+ENTRY(DeleteFramebuffers) = [](auto, auto* p) { stage.note("glDeleteFramebuffers", *p); };
 ENTRY(CheckFramebufferStatus) = [](GLenum) -> GLenum {
     return stage.note("glCheckFramebufferStatus") ? GL_FRAMEBUFFER_COMPLETE : 0;
 };
@@ -94,16 +87,9 @@ GLenum glGetError() {
     const bool any = ++stage.errorChecks <= stage.errors.size();
     return any ? stage.errors[stage.errorChecks - 1] : GL_NO_ERROR;
 }
-void glEnable(GLenum what) { stage.note(__func__, what); }
-void glDisable(GLenum what) { stage.note(__func__, what); }
 void glBlendFunc(GLenum source, GLenum destination) { stage.note(__func__, source, destination); }
-void glClear(GLbitfield buffers) { stage.note(__func__, buffers); }
 void glClearColor(GLclampf r, GLclampf g, GLclampf b, GLclampf a) { stage.note(__func__, r, g, b, a); }
 void glViewport(GLint x, GLint y, GLsizei w, GLsizei h) { stage.note(__func__, x, y, w, h); }
-void glMatrixMode(GLenum mode) { stage.note(__func__, mode); }
-void glLoadIdentity() { stage.note(__func__); }
-void glPushMatrix() { stage.note(__func__); }
-void glPopMatrix() { stage.note(__func__); }
 void glTranslatef(GLfloat x, GLfloat y, GLfloat z) { stage.note(__func__, x, y, z); }
 void glScalef(GLfloat x, GLfloat y, GLfloat z) { stage.note(__func__, x, y, z); }
 void glRotatef(GLfloat degrees, GLfloat x, GLfloat y, GLfloat z) { stage.note(__func__, degrees, x, y, z); }
@@ -113,17 +99,11 @@ void gluLookAt(GLdouble x, GLdouble y, GLdouble z, GLdouble u, GLdouble v, GLdou
                GLdouble c) {
     stage.note(__func__, x, y, z, u, v, w, a, b, c);
 }
-void glEnableClientState(GLenum array) { stage.note(__func__, array); }
-void glDisableClientState(GLenum array) { stage.note(__func__, array); }
-void glVertexPointer(GLint size, GLenum type, GLsizei pitch, const void* first) {
-    stage.note(__func__, size, type, pitch);
+void glVertexPointer(GLint, GLenum, GLsizei pitch, const void* first) {
     positions = static_cast<const char*>(first);
     stride = pitch;
 }
-void glColorPointer(GLint size, GLenum type, GLsizei pitch, const void* first) {
-    stage.note(__func__, size, type, pitch);
-    colours = static_cast<const char*>(first);
-}
+void glColorPointer(GLint, GLenum, GLsizei, const void* p) { colours = static_cast<const char*>(p); }
 void glLineWidth(GLfloat width) { stage.note(__func__, width); }
 void glPointSize(GLfloat size) { stage.note(__func__, size); }
 void glDrawElements(GLenum mode, GLsizei count, GLenum type, const void* indices) {
@@ -134,12 +114,10 @@ void glDrawArrays(GLenum mode, GLint first, GLsizei count) {
     stage.note(__func__, mode, first, count);
     show(count, nullptr);
 }
-void glBegin(GLenum mode) { stage.note(__func__, mode); }
-void glEnd() { stage.note(__func__); }
 void glTexCoord2f(GLfloat s, GLfloat t) { stage.note(__func__, s, t); }
 void glVertex2f(GLfloat x, GLfloat y) { stage.note(__func__, x, y); }
 void glGenTextures(GLsizei, GLuint* p) { *p = make(__func__); }
-void glDeleteTextures(GLsizei, const GLuint* p) { destroy(__func__, *p); }
+void glDeleteTextures(GLsizei, const GLuint* p) { stage.note(__func__, *p); }
 void glBindTexture(GLenum target, GLuint name) { stage.note(__func__, target, name); }
 void glTexParameterf(GLenum target, GLenum name, GLfloat v) { stage.note(__func__, target, name, v); }
 void glTexImage2D(GLenum target, GLint level, GLint inside, GLsizei w, GLsizei h, GLint, GLenum format,

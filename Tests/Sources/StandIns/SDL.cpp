@@ -19,10 +19,8 @@ void SDL_GL_SwapBuffers() {
 }
 void SDL_PumpEvents() { stage.note(__func__); }
 Uint8* SDL_GetKeyState(int* numkeys) {
-    static std::array<Uint8, SDLK_LAST> sample;
-    sample = stage.keys;
-    *numkeys = static_cast<int>(sample.size());
-    return sample.data();
+    *numkeys = static_cast<int>(stage.keys.size());
+    return stage.keys.data();
 }
 Uint32 SDL_GetTicks() { return stage.now; }
 void SDL_Delay(Uint32 ms) {

@@ -11,19 +11,21 @@ extern "C" int __wrap_main(int argc, char** argv) { // NOLINT(bugprone-reserved-
     return RUN_ALL_TESTS();
 }
 
-namespace {
-std::ostringstream printed;
-std::ostringstream reported;
-std::size_t allocated = 0;
-
-std::string take(std::ostringstream& stream) {
+std::string OnStage::take(std::ostringstream& stream) {
     std::string text = stream.str();
     stream.str("");
     return text;
 }
-} // namespace
 
-std::size_t allocations() { return allocated; }
+std::string OnStage::calls(const std::string& names) {
+    std::string story;
+    for (const std::string& line : calls()) {
+        const bool named = names.find(" " + line.substr(0, line.find(' ')) + " ") != std::string::npos;
+        story += named ? line.substr(2) + "; " : "";
+    }
+    return story;
+}
+
 int perform() { return __real_main(0, nullptr); }
 
 OnStage::OnStage() : pOut(std::cout.rdbuf(printed.rdbuf())), pErr(std::cerr.rdbuf(reported.rdbuf())) {
@@ -35,8 +37,6 @@ OnStage::~OnStage() {
     std::cout.rdbuf(pOut);
     std::cerr.rdbuf(pErr);
 }
-std::string OnStage::out() { return take(printed); }
-std::string OnStage::err() { return take(reported); }
 
 void OnStage::expectExit(int status, const std::string& text) {
     const auto run = [] {
@@ -48,7 +48,7 @@ void OnStage::expectExit(int status, const std::string& text) {
 }
 
 void* operator new(std::size_t size) {
-    ++allocated;
+    ++allocations;
     return std::malloc(size); // there is enough
 }
 void operator delete(void* p) noexcept { std::free(p); }

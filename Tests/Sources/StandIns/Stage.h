@@ -10,7 +10,6 @@
 #include <array>
 #include <cstdint>
 #include <functional>
-#include <set>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -33,7 +32,6 @@ struct Stage {
     std::uint64_t hash = 0;                   ///< of all calls, drawn points included
     bool listening = true;                    ///< lists calls and drawings
     bool hashing = false;
-    int liveObjects = 0; ///< OpenGL objects made and not deleted
     std::size_t errorChecks = 0;
     std::size_t soundCalls = 0;
     std::vector<int> drawn; ///< random numbers
@@ -45,7 +43,7 @@ struct Stage {
     std::vector<GLenum> errors;       ///< that the next checks find, one each
     std::string failing;              ///< the call that fails, the extension that is missing
     std::size_t failingSoundCall = 0; ///< the one of this number, counted from 1
-    std::set<GLuint> broken;          ///< shaders and programs that cannot be built
+    GLuint broken = 0;                ///< the shader or program that cannot be built
     std::string log = "log";          ///< what the driver says of these
 
     /// Whether the call succeeds.
@@ -70,7 +68,7 @@ struct Stage {
 inline Stage stage;
 
 /// Allocations by operator new since the program began.
-std::size_t allocations();
+inline std::size_t allocations = 0;
 
 /// The show's main.
 int perform();
@@ -81,14 +79,19 @@ protected:
     OnStage();
     ~OnStage() override;
     // What has been printed, called and drawn since the last time.
-    static std::string out();
-    static std::string err();
+    static std::string out() { return take(printed); }
+    static std::string err() { return take(reported); }
     static std::vector<std::string> calls() { return std::exchange(stage.calls, {}); }
     static std::vector<std::vector<Point>> drawings() { return std::exchange(stage.drawings, {}); }
+    /// The calls of the names in a list with spaces around each.
+    static std::string calls(const std::string& names);
     /// The show, in a process of its own, ends with the status, and with the text on standard error.
     static void expectExit(int status, const std::string& text);
 
 private:
+    static std::string take(std::ostringstream& stream);
+
+    static inline std::ostringstream printed, reported;
     std::streambuf* pOut;
     std::streambuf* pErr;
 };
