@@ -28,13 +28,10 @@ void show(GLsizei count, const GLuint* indices) {
 GLuint make(const char* call) { return stage.note(call) ? ++names : 0; }
 
 void query(GLuint object, GLenum what, GLint* value) {
-    const bool works = stage.broken != object;
-    *value = what == GL_INFO_LOG_LENGTH ? static_cast<GLint>(stage.log.size()) + 1 : works ? 1 : 0;
+    *value = what == GL_INFO_LOG_LENGTH ? 4 : stage.broken != object ? 1 : 0;
 }
 
-void fetchLog(GLuint /*object*/, GLsizei size, GLsizei* /*length*/, GLchar* log) {
-    std::strncpy(log, stage.log.c_str(), size);
-}
+void fetchLog(GLuint, GLsizei size, GLsizei*, GLchar* log) { std::strncpy(log, "log", size); }
 } // namespace
 
 // Entry points, most of which are noted and do nothing else.
@@ -46,18 +43,16 @@ void fetchLog(GLuint /*object*/, GLsizei size, GLsizei* /*length*/, GLchar* log)
 #define PLAIN4(a, b, c, d) PLAIN(a) PLAIN(b) PLAIN(c) PLAIN(d)
 #define ENUM(name)                                                                                           \
     void name(GLenum a) { stage.note(#name, a); }
-#define ENUM4(a, b, c, d) ENUM(a) ENUM(b) ENUM(c) ENUM(d)
+#define ENUM3(a, b, c) ENUM(a) ENUM(b) ENUM(c)
+#define ENUM4(a, b, c, d) ENUM(a) ENUM3(b, c, d)
 
 extern "C" {
 NOTED5(AttachShader, BindFramebuffer, CompileShader, DeleteProgram, DeleteShader)
-NOTED5(DetachShader, FramebufferTexture2D, LinkProgram, Uniform1f, UseProgram)
-NOTED5(BindRenderbuffer, FramebufferRenderbuffer, RenderbufferStorage, DeleteRenderbuffersEXT,
-       GenRenderbuffers)
+NOTED5(DetachShader, FramebufferTexture2D, DeleteRenderbuffersEXT, Uniform1f, UseProgram)
+NOTED5(BindRenderbuffer, FramebufferRenderbuffer, RenderbufferStorage, GenRenderbuffers, LinkProgram)
 PLAIN4(glLoadIdentity, glPushMatrix, glPopMatrix, glEnd)
 ENUM4(glEnable, glDisable, glEnableClientState, glDisableClientState)
-ENUM(glBegin)
-ENUM(glClear)
-ENUM(glMatrixMode)
+ENUM3(glBegin, glClear, glMatrixMode)
 ENTRY(GenFramebuffers) = [](auto, auto* p) { *p = make("glGenFramebuffers"); };
 ENTRY(CreateShader) = [](auto) { return make("glCreateShader"); };
 ENTRY(CreateProgram) = [] { return make("glCreateProgram"); };
@@ -68,7 +63,8 @@ ENTRY(CheckFramebufferStatus) = [](GLenum) -> GLenum {
 ENTRY(ShaderSource) = [](auto shader, auto, auto* text, auto* size) {
     stage.note("glShaderSource", shader, std::string(*text, *size));
 };
-ENTRY(GetUniformLocation) = [](auto program, auto* name) -> GLint { // told apart by its first letter
+// Told apart by its first letter.
+ENTRY(GetUniformLocation) = [](auto program, auto* name) -> GLint {
     return stage.note("glGetUniformLocation", program, name) ? name[0] : -1;
 };
 ENTRY(GetShaderiv) = query;

@@ -44,11 +44,8 @@ FMOD_RESULT FMOD_Channel_SetLoopCount(FMOD_CHANNEL* c, int count) { return answe
 FMOD_RESULT FMOD_Channel_Stop(FMOD_CHANNEL* channel) { return answer(__func__, channel); }
 FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* spectrum, int n, int o,
                                      FMOD_DSP_FFT_WINDOW w) {
-    const FMOD_RESULT result = answer(__func__, channel, n, o, w);
-    if (result == FMOD_OK) {
-        stage.spectrum(spectrum);
-    }
-    return result;
+    stage.spectrum(spectrum);
+    return answer(__func__, channel, n, o, w);
 }
 FMOD_RESULT FMOD_Channel_GetPosition(FMOD_CHANNEL*, unsigned int*, FMOD_TIMEUNIT) { return FMOD_ERR_MEMORY; }
 FMOD_RESULT FMOD_Channel_SetPosition(FMOD_CHANNEL*, unsigned int, FMOD_TIMEUNIT) { return FMOD_ERR_MEMORY; }

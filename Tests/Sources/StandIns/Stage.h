@@ -44,7 +44,6 @@ struct Stage {
     std::string failing;              ///< the call that fails, the extension that is missing
     std::size_t failingSoundCall = 0; ///< the one of this number, counted from 1
     GLuint broken = 0;                ///< the shader or program that cannot be built
-    std::string log = "log";          ///< what the driver says of these
 
     /// Whether the call succeeds.
     template <typename... Arguments>
