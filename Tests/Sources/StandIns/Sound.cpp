@@ -21,16 +21,16 @@ FMOD_RESULT open(FMOD_RESULT result, Handle** where) {
 
 extern "C" {
 FMOD_RESULT FMOD_System_Create(FMOD_SYSTEM** system) { return open(answer(__func__, system), system); }
-FMOD_RESULT FMOD_System_Init(FMOD_SYSTEM* s, int n, FMOD_INITFLAGS f, void*) {
-    return answer(__func__, s, n, f);
+FMOD_RESULT FMOD_System_Init(FMOD_SYSTEM* system, int, FMOD_INITFLAGS, void*) {
+    return answer(__func__, system);
 }
 FMOD_RESULT FMOD_System_CreateStream(FMOD_SYSTEM* system, const char* name, FMOD_MODE mode,
                                      FMOD_CREATESOUNDEXINFO*, FMOD_SOUND** sound) {
     return open(answer(__func__, system, name, mode), sound);
 }
-FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX index, FMOD_SOUND* sound,
+FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX channelid, FMOD_SOUND* sound,
                                   FMOD_BOOL paused, FMOD_CHANNEL** channel) {
-    return open(answer(__func__, system != nullptr ? sound : nullptr, index, paused), channel);
+    return open(answer(__func__, system != nullptr ? sound : nullptr, channelid, paused), channel);
 }
 FMOD_RESULT FMOD_System_Update(FMOD_SYSTEM* system) { return answer(__func__, system); }
 FMOD_RESULT FMOD_System_Close(FMOD_SYSTEM* system) { return answer(__func__, system); }
@@ -42,10 +42,10 @@ FMOD_RESULT FMOD_Channel_GetPaused(FMOD_CHANNEL* channel, FMOD_BOOL*) { return a
 FMOD_RESULT FMOD_Channel_SetPaused(FMOD_CHANNEL* c, FMOD_BOOL paused) { return answer(__func__, c, paused); }
 FMOD_RESULT FMOD_Channel_SetLoopCount(FMOD_CHANNEL* c, int count) { return answer(__func__, c, count); }
 FMOD_RESULT FMOD_Channel_Stop(FMOD_CHANNEL* channel) { return answer(__func__, channel); }
-FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* spectrum, int n, int o,
-                                     FMOD_DSP_FFT_WINDOW w) {
+FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* spectrum, int numvalues, int channeloffset,
+                                     FMOD_DSP_FFT_WINDOW window) {
     stage.spectrum(spectrum);
-    return answer(__func__, channel, n, o, w);
+    return answer(__func__, channel, numvalues, channeloffset, window);
 }
 FMOD_RESULT FMOD_Channel_GetPosition(FMOD_CHANNEL*, unsigned int*, FMOD_TIMEUNIT) { return FMOD_ERR_MEMORY; }
 FMOD_RESULT FMOD_Channel_SetPosition(FMOD_CHANNEL*, unsigned int, FMOD_TIMEUNIT) { return FMOD_ERR_MEMORY; }

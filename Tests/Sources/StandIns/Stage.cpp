@@ -1,6 +1,5 @@
 #include "StandIns/Stage.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 
@@ -36,15 +35,6 @@ OnStage::OnStage() : pOut(std::cout.rdbuf(printed.rdbuf())), pErr(std::cerr.rdbu
 OnStage::~OnStage() {
     std::cout.rdbuf(pOut);
     std::cerr.rdbuf(pErr);
-}
-
-void OnStage::expectExit(int status, const std::string& text) {
-    const auto run = [] {
-        const int result = perform();
-        std::fputs((take(printed) + take(reported)).c_str(), stderr);
-        std::exit(result);
-    };
-    EXPECT_EXIT(run(), testing::ExitedWithCode(status), testing::HasSubstr(text));
 }
 
 void* operator new(std::size_t size) {

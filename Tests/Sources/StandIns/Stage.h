@@ -9,6 +9,8 @@
 
 #include <array>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <sstream>
 #include <string>
@@ -85,7 +87,14 @@ protected:
     /// The calls of the names in a list with spaces around each.
     static std::string calls(const std::string& names);
     /// The show, in a process of its own, ends with the status, and with the text on standard error.
-    static void expectExit(int status, const std::string& text);
+    static void expectExit(int status, const std::string& text) {
+        const auto run = [] {
+            const int result = perform();
+            std::fputs((out() + err()).c_str(), stderr);
+            std::exit(result);
+        };
+        EXPECT_EXIT(run(), testing::ExitedWithCode(status), testing::HasSubstr(text));
+    }
 
 private:
     static std::string take(std::ostringstream& stream);
