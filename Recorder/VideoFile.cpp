@@ -24,9 +24,9 @@ void VideoFile::open(const FrameSize& size) {
         add({"-af",
              "atrim=start=" + std::to_string(range.first * FRAME_MS) + "ms,asetpts=PTS-STARTPTS,apad"});
     }
-    // Thin bright lines on black: this quality keeps them clean, and the simplest search for motion finds
-    // most of theirs. The processor is wanted for the drawing.
-    add({"-c:v", "libx264", "-preset", "superfast", "-motion-est", "dia", "-subq", "0", "-crf", "19"});
+    // Thin bright lines on black: this quality keeps them clean, and the simplest of encoders finds most of
+    // their motion. The processor is wanted for the drawing.
+    add({"-c:v", "libx264", "-preset", "ultrafast", "-crf", "22"});
     add({"-vf",
          "vflip,pad=ceil(iw/2)*2:ceil(ih/2)*2,scale=out_color_matrix=bt709:out_range=tv,format=yuv420p"});
     add({"-colorspace", "bt709", "-color_primaries", "bt709", "-color_trc", "bt709", "-color_range", "tv"});
