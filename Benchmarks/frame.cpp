@@ -10,8 +10,11 @@
 // which the first is the start-up, and over the whole show the functions, hottest first. Divide by the frames
 // printed.
 //
-//     valgrind --tool=callgrind --dump-before='*sceneBegins*' frame_bench --once && grep ^totals
-//     callgrind.out.* valgrind --tool=callgrind frame_bench --once && callgrind_annotate callgrind.out.*
+//     valgrind --tool=callgrind --dump-before='*sceneBegins*' frame_bench --once
+//     grep ^totals callgrind.out.*
+//
+//     valgrind --tool=callgrind frame_bench --once
+//     callgrind_annotate callgrind.out.*
 
 #include <GL/glew.h>
 #include <GL/glu.h>

@@ -17,12 +17,15 @@ void VideoFile::open(const FrameSize& size) {
         arguments.insert(arguments.end(), more);
     };
     if (!track.empty()) {
-        // The track is decoded from its start: a jump into it would land a little off. Silence follows it,
-        // and the picture's end ends both.
+        // The track is decoded from its start: a jump into it would land a little off. Silence follows it. It
+        // is cut where the picture is to end; should that end before, the picture's end ends both.
+        const auto milliseconds = [](unsigned int frame) {
+            return std::to_string(static_cast<unsigned long long>(frame) * FRAME_MS) + "ms";
+        };
         add({"-i", "file:" + track, "-map", "0:v", "-map", "1:a", "-shortest", "-c:a", "aac", "-b:a",
              "192k"});
-        add({"-af",
-             "atrim=start=" + std::to_string(range.first * FRAME_MS) + "ms,asetpts=PTS-STARTPTS,apad"});
+        add({"-af", "apad,atrim=start=" + milliseconds(range.first) + ":end=" + milliseconds(range.last + 1) +
+                        ",asetpts=PTS-STARTPTS"});
     }
     // Thin bright lines on black: this quality keeps them clean, and the simplest of encoders finds most of
     // their motion. The processor is wanted for the drawing.
