@@ -7,11 +7,10 @@
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
+#include <dlfcn.h>
 #include <fstream>
 #include <limits>
 #include <string>
-
-#include <dlfcn.h>
 #include <unistd.h>
 
 namespace {
