@@ -7,15 +7,13 @@ build_folder=$root/build
 
 say() { printf '%s\n' "$*" >&2; }
 
-# The packages of the given kinds (see Scripts/packages) that this machine lacks; "a|b" means either.
+# The packages of the given kinds (see Scripts/packages) that this machine lacks.
 missing_packages() {
-    local kind package alternative
+    local kind package
     while read -r kind package; do
         [[ " $* " == *" $kind "* ]] || continue
-        for alternative in ${package//|/ }; do
-            [[ $(dpkg-query -W -f='${db:Status-Status}' "$alternative" 2>/dev/null) == installed ]] && continue 2
-        done
-        printf '%s\n' "${package%%|*}"
+        [[ $(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null) == installed ]] ||
+            printf '%s\n' "$package"
     done < <(grep -v '^#' "$root/Scripts/packages")
 }
 

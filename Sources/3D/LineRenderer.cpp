@@ -32,8 +32,8 @@ void LineRenderer::addLines(const std::vector<Point>& points, std::vector<unsign
     const unsigned int first = getNbPoints();
     vertices.insert(vertices.end(), points.begin(), points.end());
     if (first == 0 && indices.empty()) {
-        indices.swap(
-            newIndices); // the lattice, twice a frame: the list came as a copy, it need not be copied again
+        // The lattice, twice a frame: the list came as a copy, it need not be copied again.
+        indices.swap(newIndices);
         return;
     }
     for (unsigned int& index : newIndices) {
