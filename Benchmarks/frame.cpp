@@ -16,6 +16,8 @@
 //     valgrind --tool=callgrind frame_bench --once
 //     callgrind_annotate callgrind.out.*
 
+#include "Host.h"
+
 #include <GL/glew.h>
 #include <GL/glu.h>
 #include <SDL.h>
@@ -34,9 +36,6 @@
 #include <string_view>
 #include <thread>
 #include <vector>
-
-// The linker gives these two names to the start of the program and to the main of the show.
-extern "C" int __real_main(int argc, char** argv); // NOLINT(bugprone-reserved-identifier)
 
 namespace {
 using Clock = std::chrono::steady_clock;
@@ -111,7 +110,7 @@ Show play() {
     scene = 0;
     Silence silence;
     std::streambuf* pConsole = std::cout.rdbuf(&silence);
-    const int status = __real_main(0, nullptr);
+    const int status = host::playShow();
     std::cout.rdbuf(pConsole);
     pShow = nullptr;
     if (status != 0) {
@@ -171,8 +170,7 @@ void report(const std::vector<Show>& shows) {
 }
 } // namespace
 
-extern "C" {
-int __wrap_main(int argc, char** argv) { // NOLINT(bugprone-reserved-identifier)
+int host::start(int argc, char** argv) {
     const std::string_view argument = argc > 1 ? argv[1] : "9";
     FMOD_Clock_Set([]() { return now * 1000ULL; });
     if (argument == "--once") {
@@ -189,6 +187,8 @@ int __wrap_main(int argc, char** argv) { // NOLINT(bugprone-reserved-identifier)
     report(shows);
     return 0;
 }
+
+extern "C" {
 
 void gluLookAt(GLdouble x, GLdouble y, GLdouble z, GLdouble /*cx*/, GLdouble /*cy*/, GLdouble /*cz*/,
                GLdouble /*ux*/, GLdouble /*uy*/, GLdouble /*uz*/) {

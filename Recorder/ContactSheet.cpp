@@ -44,8 +44,8 @@ ContactSheet::ContactSheet(const std::string& file, const std::string& folder)
     : draft(file), workingCopy(folder + "/sheet.png") {
     for (std::size_t i = 0; i < COUNT; ++i) {
         const std::size_t scene = i / PER_SCENE;
-        const unsigned int length = SCENE_STARTS[scene + 1] - SCENE_STARTS[scene];
-        frames[i] = frameAt(SCENE_STARTS[scene] + length * PERCENT[i % PER_SCENE] / 100);
+        const unsigned int start = timeline::shotStart(scene);
+        frames[i] = start + (timeline::shotStart(scene + 1) - start) * PERCENT[i % PER_SCENE] / 100;
     }
 }
 

@@ -27,7 +27,7 @@ public:
 
 private:
     static constexpr unsigned int PER_SCENE = 3;
-    static constexpr std::size_t COUNT = PER_SCENE * (SCENE_STARTS.size() - 1);
+    static constexpr std::size_t COUNT = PER_SCENE * (timeline::SCENES.size());
 
     DraftFile draft;
     std::string workingCopy;

@@ -109,12 +109,12 @@ unsigned int parseTime(const std::string& option, const std::string& text) {
         throw UsageError(option + ": '" + text + "' is not a number of seconds");
     }
     // Anything past the end is the same to us; the bound keeps the conversion in range.
-    return static_cast<unsigned int>(std::lround(std::min(seconds * 1000.0, 2.0 * SHOW_MS)));
+    return static_cast<unsigned int>(std::lround(std::min(seconds * 1000.0, 2.0 * timeline::SHOW_MS)));
 }
 
 unsigned int parseTimeInShow(const std::string& option, const std::string& text) {
     const unsigned int time = parseTime(option, text);
-    if (time >= SHOW_MS) {
+    if (time >= timeline::SHOW_MS) {
         throw UsageError(option + ": the show is over at 103.2 seconds, before " + text);
     }
     return time;
@@ -182,7 +182,7 @@ Options Options::parse(const std::vector<std::string>& arguments) {
             setVideo(options, argument);
         }
     }
-    if (options.to && firstFrameFrom(*options.to) <= firstFrameFrom(options.from)) {
+    if (options.to && timeline::firstFrameFrom(*options.to) <= timeline::firstFrameFrom(options.from)) {
         throw UsageError("--from and --to leave no frame between them");
     }
     if (options.video.empty() && options.stills.empty() && options.contactSheet.empty()) {

@@ -29,8 +29,9 @@ void ProgressLine::update(unsigned int frame) {
     shownFrame = frame;
     shownTime = now;
     const auto left = std::lround((lastFrame - frame) / framesPerSecond);
-    std::fprintf(stderr, "\r%.1f of %.1f s, %.0f frames/s, %ld:%02ld left\033[K", frame * FRAME_MS / 1000.0,
-                 (lastFrame + 1) * FRAME_MS / 1000.0, framesPerSecond, left / 60, left % 60);
+    std::fprintf(stderr, "\r%.1f of %.1f s, %.0f frames/s, %ld:%02ld left\033[K",
+                 frame * timeline::FRAME_MS / 1000.0, (lastFrame + 1) * timeline::FRAME_MS / 1000.0,
+                 framesPerSecond, left / 60, left % 60);
 }
 
 void ProgressLine::clear() {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "FrameRange.h"
 #include "FrameSink.h"
-#include "Timeline.h"
 
 #include <string>
 #include <vector>

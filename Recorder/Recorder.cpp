@@ -20,8 +20,6 @@ namespace recorder {
 
 namespace {
 
-Recorder* recording = nullptr;
-
 // Enough to even out frames that are slow to draw or to encode; a large one is 32 MB.
 constexpr std::size_t QUEUE_SLOTS = 4;
 
@@ -30,7 +28,7 @@ constexpr int STOPPED_BY_SIGNAL = 128;
 
 void say(const std::string& line) { std::fprintf(stderr, "quelar-record: %s\n", line.c_str()); }
 
-unsigned long long soundClock() { return 1000ULL * Recorder::current().getTicks(); }
+unsigned long long soundClock() { return 1000ULL * host::Host::current().getTicks(); }
 
 std::string findTrack(const StageFolder& stage) {
     const std::filesystem::path track = stage.getPath() / "data/music/quelar.mp3";
@@ -51,15 +49,15 @@ Recorder::Recorder(const Options& options)
             throw std::runtime_error("ffmpeg is not installed; it writes the files");
         }
     }
-    const unsigned int end = options.to ? firstFrameFrom(*options.to) : UINT_MAX;
-    const FrameRange range{firstFrameFrom(options.from), end - 1};
+    const unsigned int end = options.to ? timeline::firstFrameFrom(*options.to) : UINT_MAX;
+    const FrameRange range{timeline::firstFrameFrom(options.from), end - 1};
     if (toStandardOutput) {
         sinks.push_back(std::make_unique<RawStream>(range));
     } else if (!options.video.empty()) {
         sinks.push_back(std::make_unique<VideoFile>(options.video, range, findTrack(stage)));
     }
     for (const StillRequest& still : options.stills) {
-        sinks.push_back(std::make_unique<StillPicture>(still.file, frameAt(still.time)));
+        sinks.push_back(std::make_unique<StillPicture>(still.file, timeline::frameAt(still.time)));
     }
     if (!options.contactSheet.empty()) {
         sinks.push_back(std::make_unique<ContactSheet>(options.contactSheet, stage.getPath().string()));
@@ -67,23 +65,17 @@ Recorder::Recorder(const Options& options)
     for (const auto& sink : sinks) {
         lastFrame = std::max(lastFrame, sink->getLastFrame());
     }
-    progress = ProgressLine(std::min(lastFrame, frameAt(SHOW_MS) - 1));
-    recording = this;
+    progress = ProgressLine(std::min(lastFrame, timeline::SHOW_FRAMES - 1));
 }
 
-Recorder::~Recorder() {
-    stopWriting();
-    recording = nullptr;
-}
+Recorder::~Recorder() { stopWriting(); }
 
-Recorder& Recorder::current() { return *recording; }
-
-int Recorder::run(const std::function<int()>& show) {
+int Recorder::run() {
     StopRequest::listen();
     FMOD_Clock_Set(soundClock);
     const std::filesystem::path home = std::filesystem::current_path();
     std::filesystem::current_path(stage.getPath());
-    const int status = show();
+    const int status = host::playShow();
     std::filesystem::current_path(home);
     progress.clear();
     stopWriting();
@@ -96,7 +88,10 @@ int Recorder::run(const std::function<int()>& show) {
     return finish();
 }
 
-void Recorder::openWindow(const FrameSize& size) {
+host::Extent Recorder::openWindow(int width, int height) {
+    // There is no screen to take a size from.
+    const FrameSize size{width > 0 ? static_cast<unsigned int>(width) : 640U,
+                         height > 0 ? static_cast<unsigned int>(height) : 480U};
     try {
         if (canvas != nullptr) {
             throw std::runtime_error("the size of a recording can't change");
@@ -108,6 +103,7 @@ void Recorder::openWindow(const FrameSize& size) {
         canvas->setDrawing(wanted(frame));
         queue = std::make_unique<FrameQueue>(QUEUE_SLOTS, size.bytes());
         writer = std::thread(&Recorder::writeFrames, this);
+        return {size.width, size.height};
     } catch (const std::runtime_error& error) {
         fail(error.what());
         throw;
@@ -133,7 +129,7 @@ void Recorder::showFrame() {
     canvas->setDrawing(wanted(frame));
 }
 
-bool Recorder::wantsEscape() const { return frame > lastFrame || failed || StopRequest::getSignal() != 0; }
+bool Recorder::wantsEscape() { return frame > lastFrame || failed || StopRequest::getSignal() != 0; }
 
 bool Recorder::wanted(unsigned int number) const {
     return std::any_of(sinks.begin(), sinks.end(), [&](const auto& sink) { return sink->wants(number); });

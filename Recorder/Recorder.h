@@ -3,12 +3,12 @@
 #include "Canvas.h"
 #include "FrameQueue.h"
 #include "FrameSink.h"
+#include "Host.h"
 #include "Options.h"
 #include "ProgressLine.h"
 #include "StageFolder.h"
 
 #include <atomic>
-#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -21,30 +21,23 @@ namespace recorder {
 // moves by what the show itself waits, so every frame is exactly 15 ms long, however long drawing it took.
 //
 // The show runs on the caller's thread; a second one writes the frames out. There is one recording at a time.
-class Recorder {
+class Recorder : public host::Host {
 public:
     // Claims every file the options name. Throws std::runtime_error with one line if that fails.
     explicit Recorder(const Options& options);
-    ~Recorder();
-    Recorder(const Recorder&) = delete;
-    Recorder& operator=(const Recorder&) = delete;
+    ~Recorder() override;
 
     // Runs the show from beginning to end and answers the exit status of the whole program; summary and
     // failure are told on standard error.
-    int run(const std::function<int()>& show);
+    int run();
 
-    // The recording in progress. The calls below are the show's, on its thread.
-    static Recorder& current();
-
-    // Throws std::runtime_error if there is no drawing on a picture of this size.
-    void openWindow(const FrameSize& size);
-    void closeWindow();
-    void showFrame();
-    bool wantsEscape() const;
-    void wait(unsigned int milliseconds) { ticks += milliseconds; }
-
-    // Milliseconds; may be asked from any thread.
-    unsigned int getTicks() const { return ticks; }
+    host::Extent openWindow(int width, int height) override;
+    void closeWindow() override;
+    void showFrame() override;
+    bool wantsEscape() override;
+    // May be asked from any thread.
+    unsigned int getTicks() override { return ticks; }
+    void wait(unsigned int milliseconds) override { ticks += milliseconds; }
 
 private:
     bool wanted(unsigned int number) const;

@@ -1,5 +1,6 @@
 #include "VideoFile.h"
 
+#include "Timeline.h"
 #include "describe.h"
 
 #include <filesystem>
@@ -20,7 +21,7 @@ void VideoFile::open(const FrameSize& size) {
         // The track is decoded from its start: a jump into it would land a little off. Silence follows it. It
         // is cut where the picture is to end; should that end before, the picture's end ends both.
         const auto milliseconds = [](unsigned int frame) {
-            return std::to_string(static_cast<unsigned long long>(frame) * FRAME_MS) + "ms";
+            return std::to_string(static_cast<unsigned long long>(frame) * timeline::FRAME_MS) + "ms";
         };
         add({"-i", "file:" + track, "-map", "0:v", "-map", "1:a", "-shortest", "-c:a", "aac", "-b:a",
              "192k"});

@@ -2,8 +2,8 @@
 
 #include "DraftFile.h"
 #include "Encoder.h"
+#include "FrameRange.h"
 #include "FrameSink.h"
-#include "Timeline.h"
 
 #include <memory>
 #include <string>

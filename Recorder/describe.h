@@ -13,7 +13,7 @@ namespace recorder {
 // Texts for the summary lines: "6880 frames, 103.2 s of 640x480", "24.1 MB".
 inline std::string describeFrames(unsigned int frames, const FrameSize& size) {
     std::array<char, 32> seconds{};
-    std::snprintf(seconds.data(), seconds.size(), "%g", frames * FRAME_MS / 1000.0);
+    std::snprintf(seconds.data(), seconds.size(), "%g", frames * timeline::FRAME_MS / 1000.0);
     return std::to_string(frames) + " frames, " + seconds.data() + " s of " + size.text();
 }
 

@@ -1,14 +1,12 @@
+#include "Host.h"
 #include "Options.h"
 #include "Recorder.h"
 
-#include <array>
 #include <csignal>
 #include <cstdio>
 #include <exception>
 
-// The linker gives these two names to the start of the program and to the main of the show.
-extern "C" int __real_main(int argc, char** argv);  // NOLINT(bugprone-reserved-identifier)
-extern "C" int __wrap_main(int argc, char** argv) { // NOLINT(bugprone-reserved-identifier)
+int host::start(int argc, char** argv) {
     constexpr int FAILED = 1;
     constexpr int WRONG_USAGE = 2;
     try {
@@ -20,10 +18,7 @@ extern "C" int __wrap_main(int argc, char** argv) { // NOLINT(bugprone-reserved-
         // A reader that goes away is noticed when writing to it fails.
         std::signal(SIGPIPE, SIG_IGN);
         recorder::Recorder recording(options);
-        return recording.run([&] {
-            std::array<char*, 2> arguments = {argv[0], nullptr};
-            return __real_main(1, arguments.data());
-        });
+        return recording.run();
     } catch (const recorder::UsageError& error) {
         std::fprintf(stderr, "quelar-record: %s (--help tells more)\n", error.what());
         return WRONG_USAGE;

@@ -59,7 +59,7 @@ whole number|--seed 16777217
 not a number of seconds|--from x
 not a number of seconds|--to -1
 not a number of seconds|--to nan
-over at 103.2|--from 103.2
+over at 103.2|--from 103.3
 over at 103.2|--still 104 a.png
 no frame between|--from 2 --to 2
 --still needs a file name|--still 2

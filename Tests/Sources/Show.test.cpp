@@ -30,7 +30,7 @@ protected:
                 spectrum[band] = static_cast<float>((frame * 7 + band * band * 5) % 31) / 100;
             }
         };
-        EXPECT_EQ(perform(), 0);
+        EXPECT_EQ(host::playShow(), 0);
         return stage.hash;
     }
     /// Escape is held from the frame of that number on.
@@ -68,9 +68,9 @@ TEST_F(Show, allocatesNothingPerFrameButTheListOfSegments) {
     stage.drawn.reserve(1000000);
     stage.spectrum = [](float* spectrum) { std::fill(spectrum, spectrum + 512, 0.26f); };
     stage.atSwap = [&] { counts.push_back(allocations); };
-    perform();
+    host::playShow();
     counts.clear();
-    EXPECT_EQ(perform(), 0);
+    EXPECT_EQ(host::playShow(), 0);
     ASSERT_GT(counts.size(), 6500U);
     for (std::size_t frame = 2; frame < counts.size(); ++frame) {
         ASSERT_LE(counts[frame] - counts[frame - 1], 2U) << frame;
@@ -80,7 +80,7 @@ TEST_F(Show, allocatesNothingPerFrameButTheListOfSegments) {
 TEST_F(Show, composesItsFrameFromFourPasses) {
     stage.listening = true;
     stage.keys[SDLK_ESCAPE] = 1;
-    EXPECT_EQ(perform(), 0);
+    EXPECT_EQ(host::playShow(), 0);
     const std::string clear = "ClearColor 0 0 0 1; Clear 16640; ";
     const std::string window = "BindFramebuffer 36160 0; ";
     const std::string scene =
@@ -150,7 +150,7 @@ TEST_F(Show, everyErrorOfOpenGlIsNamedAndEndsIt) {
         expectExit(253, "\nZentrik closed\nInvalid operation in '" + label + "'\n");
     }
     stage.errors = {};
-    EXPECT_EQ(perform(), 0);
+    EXPECT_EQ(host::playShow(), 0);
     EXPECT_EQ(stage.errorChecks, n);
 }
 
@@ -160,7 +160,7 @@ TEST_F(Show, goesOnWithWhateverTheSoundLayerRefuses) {
         stage = Stage();
         escapeIn(4);
         stage.failingSoundCall = n;
-        EXPECT_EQ(perform(), 0);
+        EXPECT_EQ(host::playShow(), 0);
         EXPECT_EQ(out(), BEGINNING + END);
         const std::string said = err(); // of what was to be opened, and of the track when the system was not
         EXPECT_EQ(std::count(said.begin(), said.end(), '\n'),

@@ -3,9 +3,7 @@
 #include <cstdlib>
 #include <iostream>
 
-// The linker gives these two names to the start of the program and to the main of the show.
-extern "C" int __real_main(int argc, char** argv);  // NOLINT(bugprone-reserved-identifier)
-extern "C" int __wrap_main(int argc, char** argv) { // NOLINT(bugprone-reserved-identifier)
+int host::start(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
 }
@@ -24,8 +22,6 @@ std::string OnStage::calls(const std::string& names) {
     }
     return story;
 }
-
-int perform() { return __real_main(0, nullptr); }
 
 OnStage::OnStage() : pOut(std::cout.rdbuf(printed.rdbuf())), pErr(std::cerr.rdbuf(reported.rdbuf())) {
     stage = Stage();

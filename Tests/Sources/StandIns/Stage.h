@@ -1,6 +1,7 @@
 #pragma once
 
 #include "3D/LineRenderer.h"
+#include "Host.h"
 
 #include <GL/glew.h>
 #include <SDL.h>
@@ -71,9 +72,6 @@ inline Stage stage;
 /// Allocations by operator new since the program began.
 inline std::size_t allocations = 0;
 
-/// The show's main.
-int perform();
-
 /// A test on a fresh stage, which catches what is printed.
 class OnStage : public testing::Test {
 protected:
@@ -89,7 +87,7 @@ protected:
     /// The show, in a process of its own, ends with the status, and with the text on standard error.
     static void expectExit(int status, const std::string& text) {
         const auto run = [] {
-            const int result = perform();
+            const int result = host::playShow();
             std::fputs((out() + err()).c_str(), stderr);
             std::exit(result);
         };

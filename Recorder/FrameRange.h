@@ -1,0 +1,13 @@
+#pragma once
+
+namespace recorder {
+
+// Frames first to last, both included.
+struct FrameRange {
+    unsigned int first;
+    unsigned int last;
+
+    bool holds(unsigned int frame) const { return frame >= first && frame <= last; }
+};
+
+} // namespace recorder
