@@ -17,7 +17,11 @@ void FilmedScene::addMove(const Vector3f& eyeFrom, const Vector3f& eyeTo, const 
     cams.push_back(new LinearCamera(eyeFrom, eyeTo, lookFrom, lookTo, Vector3f(0, 1, 0), ms));
 }
 
-bool FilmedScene::hasMove() {
+bool FilmedScene::playMove(unsigned int time) {
+    if (camera().update(time)) {
+        return true;
+    }
+    ++currentCam;
     if (currentCam < cams.size()) {
         return true;
     }
@@ -39,8 +43,12 @@ void FilmedScene::fadeInAndOut(unsigned int camTime, unsigned int duration) {
     }
 }
 
-void FilmedScene::listen(Spectrum& spectrum, Grid* pGrid, Music* pMusic) {
+void FilmedScene::listen(Spectrum& spectrum, Music* pMusic) {
     pMusic->getSpectrum(spectrum.data(), spectrum.size());
+}
+
+void FilmedScene::listen(Spectrum& spectrum, Music* pMusic, Grid* pGrid) {
+    listen(spectrum, pMusic);
     pGrid->updateSpectrum(spectrum.data(), spectrum.size());
 }
 

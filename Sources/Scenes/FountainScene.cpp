@@ -7,27 +7,7 @@ const std::array<Colour4, FountainScene::CLUSTER> FountainScene::PALETTE = {
 
 const FountainScene::Offsets FountainScene::OFFSETS = {0.2f, 0.4f, 0.6f, 0.7f, 0.9f, 1.1f};
 
-bool FountainScene::playMove(std::uint32_t& startTime, unsigned int time) {
-    if (!camera().update(time)) {
-        startTime += camera().getMsTime();
-        ++currentCam;
-    }
-    return hasMove();
-}
-
-bool FountainScene::playFlight(std::uint32_t& startTime, unsigned int time) {
-    if (startTime == 0) {
-        startTime = time;
-    }
-    fadeValue = 1;
-    if (!playMove(startTime, time)) {
-        return false;
-    }
-    fadeOverMove(startTime, time);
-    return true;
-}
-
-void FountainScene::fadeOverMove(std::uint32_t startTime, unsigned int time) {
+void FountainScene::fadeOverMove(unsigned int base, unsigned int time) {
     const unsigned int duration = camera().getMsTime();
-    fadeInAndOut((time - startTime) % duration, duration);
+    fadeInAndOut((time - base) % duration, duration);
 }

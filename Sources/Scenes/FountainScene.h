@@ -40,42 +40,36 @@ protected:
     // One step of a list of objects, all of them drawn, or their end.
     template <typename Object>
     static void updateAll(const std::vector<Object*>& objects) {
-        forAll(objects, [](Object* pObject) { pObject->update(); });
+        for (Object* pObject : objects) {
+            pObject->update();
+        }
     }
     template <typename Object>
     static void drawAll(const std::vector<Object*>& objects) {
-        forAll(objects, [](const Object* pObject) { pObject->draw(); });
+        for (const Object* pObject : objects) {
+            pObject->draw();
+        }
     }
     template <typename Object>
     static void deleteAll(const std::vector<Object*>& objects) {
-        forAll(objects, [](const Object* pObject) { delete pObject; });
-    }
-
-    /// Goes on with the move. When it has ended the time base moves on by its duration to that of the next
-    /// move; false when it was the last.
-    bool playMove(std::uint32_t& startTime, unsigned int time);
-
-    /// The same for a scene of one flight: it starts with the first update and is fully lit between its
-    /// fades.
-    bool playFlight(std::uint32_t& startTime, unsigned int time);
-
-    /// Fades in and out over the current move.
-    void fadeOverMove(std::uint32_t startTime, unsigned int time);
-
-private:
-    /// The objects lie scattered over the heap and the lattice pushes them out of the caches, twice a frame:
-    /// those to come are asked for ahead.
-    template <typename Object, typename Action>
-    static void forAll(const std::vector<Object*>& objects, Action action) {
-        const std::size_t ahead = 8;
-        for (std::size_t i = 0; i < objects.size(); ++i) {
-            if (i + ahead < objects.size()) {
-                __builtin_prefetch(objects[i + ahead]);
-                __builtin_prefetch(objects[i + ahead] + 1); // its end
-            }
-            action(objects[i]);
+        for (const Object* pObject : objects) {
+            delete pObject;
         }
     }
 
+    /// Fades in and out over the current move; base: ms on the engine clock at which that started.
+    void fadeOverMove(unsigned int base, unsigned int time);
+
+private:
     static const unsigned int CAPACITY = 500; ///< of a fountain, more than ever live
+};
+
+/// The same with a list of fountains of one kind, its own.
+template <typename Particules>
+class FountainsScene : public FountainScene {
+public:
+    ~FountainsScene() override { deleteAll(parts); }
+
+protected:
+    std::vector<Particules*> parts;
 };

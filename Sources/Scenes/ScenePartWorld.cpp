@@ -53,11 +53,10 @@ ScenePartWorld::ScenePartWorld() : coloursList(PALETTE.begin(), PALETTE.end()) {
     }
 }
 
-ScenePartWorld::~ScenePartWorld() {
+WorldObjects::~WorldObjects() {
     deleteAll(cubes);
     deleteAll(piramides);
     deleteAll(spheres);
-    deleteAll(parts);
     deleteAll(parts2);
 }
 
@@ -77,10 +76,13 @@ bool ScenePartWorld::update(const Camera& /*camera*/, Grid* pGrid, Music* pMusic
     updateAll(spheres);
     updateAll(parts2);
     updateAll(parts);
-    if (!playFlight(startTime, time)) {
+    starts(time);
+    fadeValue = 1;
+    if (!playMove(time)) {
         return false;
     }
-    listen(spectrum, pGrid, pMusic);
+    fadeOverMove(startTime, time);
+    listen(spectrum, pMusic); // the spikes stay as they are, the waves run over them
     bool launched = false;
     for (unsigned int band = 0; band < BANDS; ++band) {
         if (spectrum[band] > LOUD) {

@@ -1,26 +1,17 @@
 #include "Scenes/SceneSad.h"
 
-namespace {
-const unsigned int SHOT_TIME = 2820;     // ms
-const unsigned int FADE_OUT_TIME = 2250; // ms, at the end of a shot
+static const unsigned int SHOT_TIME = 2820;     // ms
+static const unsigned int FADE_OUT_TIME = 2250; // ms, at the end of a shot
 
-struct Title {
-    Vector3f position;
-    std::string text;
-    float scale;
-};
-
-/// One a shot.
-const std::vector<Title>& titles() {
-    static const std::vector<Title> all = {
+const std::array<WritingScene::Words, 4>& SceneSad::titles() {
+    static const std::array<Words, 4> all = {{
         {{36, 1, 36}, "Olmbrex", 0.3f},
         {{42, 1, 36}, "Presents", 0.3f},
         {{42, 1, 42}, "A new demo", 0.3f},
         {{36, 1, 42}, "Quelar", 0.4f},
-    };
+    }};
     return all;
 }
-} // namespace
 
 SceneSad::SceneSad() : WritingScene(Colour4(0.7f, 0, 0, 0.7f)) {
     addMove({38, 4, 34}, {34, 4, 34}, {36, 0, 37}, {34, 0, 36}, SHOT_TIME);
@@ -31,15 +22,12 @@ SceneSad::SceneSad() : WritingScene(Colour4(0.7f, 0, 0, 0.7f)) {
 
 void SceneSad::draw(Window* /*pWindow*/) {
     if (step < titles().size()) {
-        const Title& title = titles()[step];
-        f.drawText(title.position, title.text, title.scale);
+        write(titles()[step]);
     }
 }
 
 bool SceneSad::update(const Camera& /*camera*/, Grid* /*pGrid*/, Music* /*pMusic*/, unsigned int time) {
-    if (startTime == 0) {
-        startTime = time;
-    }
+    starts(time);
     const bool playing = playMove(time);
     step = currentCam;
     if (!playing) {

@@ -9,4 +9,8 @@ public:
 
     void draw(Window* pWindow) override;
     bool update(const Camera& camera, Grid* pGrid, Music* pMusic, unsigned int time) override;
+
+private:
+    /// One a shot.
+    static const std::array<Words, 4>& titles();
 };

@@ -14,14 +14,13 @@ void SceneSadSpectrum::draw(Window* /*pWindow*/) {}
 bool SceneSadSpectrum::update(const Camera& /*camera*/, Grid* pGrid, Music* pMusic, unsigned int time) {
     static Spectrum spectrum{};
 
-    if (startTime == 0) {
-        startTime = time;
+    if (starts(time)) {
         return true;
     }
     if (!playMove(time)) {
         return false;
     }
     fadeInAndOut((time - startTime) % FADE_PERIOD, FADE_PERIOD);
-    listen(spectrum, pGrid, pMusic);
+    listen(spectrum, pMusic, pGrid);
     return true;
 }

@@ -10,4 +10,10 @@ public:
 
     void draw(Window* pWindow) override;
     bool update(const Camera& camera, Grid* pGrid, Music* pMusic, unsigned int time) override;
+
+private:
+    static constexpr std::size_t GREETINGS = 7;
+
+    /// In the order in which they appear.
+    static const std::array<Words, GREETINGS>& greetings();
 };

@@ -9,8 +9,6 @@ SceneSpectrumImpulsePart::SceneSpectrumImpulsePart() {
     addCluster(parts, {55, 3, 40});
 }
 
-SceneSpectrumImpulsePart::~SceneSpectrumImpulsePart() { deleteAll(parts); }
-
 void SceneSpectrumImpulsePart::draw(Window* /*pWindow*/) { drawFountains(parts); }
 
 bool SceneSpectrumImpulsePart::update(const Camera& /*camera*/, Grid* pGrid, Music* pMusic,
@@ -19,10 +17,13 @@ bool SceneSpectrumImpulsePart::update(const Camera& /*camera*/, Grid* pGrid, Mus
 
     pGrid->setImpulsionValue(8);
     updateAll(parts);
-    if (!playFlight(startTime, time)) {
+    starts(time);
+    fadeValue = 1;
+    if (!playMove(time)) {
         return false;
     }
-    listen(spectrum, pGrid, pMusic);
+    fadeOverMove(startTime, time);
+    listen(spectrum, pMusic, pGrid);
     for (unsigned int band = 0; band < BANDS; ++band) {
         if (spectrum[band] > LOUD) {
             fireWave(pGrid);

@@ -4,10 +4,9 @@
 #include "Scenes/FountainScene.h"
 
 /// One flight along the grid, into which loud low bands fire coloured waves, ahead of the camera.
-class SceneSpectrumImpulsePart : public FountainScene {
+class SceneSpectrumImpulsePart : public Timed<FountainsScene<Particules3>> {
 public:
     SceneSpectrumImpulsePart();
-    ~SceneSpectrumImpulsePart() override;
 
     void draw(Window* pWindow) override;
     bool update(const Camera& camera, Grid* pGrid, Music* pMusic, unsigned int time) override;
@@ -15,7 +14,4 @@ public:
 private:
     /// A wave of a random colour at a random place, up to 30 units ahead along x. Draws five random numbers.
     void fireWave(Grid* pGrid) const;
-
-    std::vector<Particules3*> parts;
-    std::uint32_t startTime = 0; ///< ms on the engine clock, the scene's first update; 0 before it
 };

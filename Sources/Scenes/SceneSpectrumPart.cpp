@@ -9,8 +9,6 @@ SceneSpectrumPart::SceneSpectrumPart() {
     addCluster(parts, {10, 2, 10}, SECOND_OFFSETS);
 }
 
-SceneSpectrumPart::~SceneSpectrumPart() { deleteAll(parts); }
-
 void SceneSpectrumPart::draw(Window* /*pWindow*/) { drawFountains(parts); }
 
 bool SceneSpectrumPart::update(const Camera& /*camera*/, Grid* pGrid, Music* pMusic, unsigned int time) {
@@ -18,15 +16,19 @@ bool SceneSpectrumPart::update(const Camera& /*camera*/, Grid* pGrid, Music* pMu
 
     pGrid->setImpulsionValue(10);
     updateAll(parts);
-    if (startTime == 0) {
-        startTime = time;
+    if (starts(time)) {
         return true;
     }
-    if (!playMove(startTime, time)) {
+    const LinearCamera& flight = camera();
+    if (!playMove(time)) {
         return false;
     }
+    if (&camera() != &flight) {
+        // By what the flight should have lasted: its fades run ahead of the cameras by a frame or two.
+        startTime += flight.getMsTime();
+    }
     fadeOverMove(startTime, time);
-    listen(spectrum, pGrid, pMusic);
+    listen(spectrum, pMusic, pGrid);
     pulse(spectrum, 0.04f);
     return true;
 }

@@ -1,8 +1,5 @@
 #include "Scenes/WritingScene.h"
 
-bool WritingScene::playMove(unsigned int time) {
-    if (!camera().update(time)) {
-        ++currentCam;
-    }
-    return hasMove();
+void WritingScene::write(const Words& words) const {
+    (f.*words.way)(words.position, words.text, words.scale);
 }

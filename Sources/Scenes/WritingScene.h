@@ -3,15 +3,30 @@
 #include "Objects/Font.h"
 #include "Scenes/FilmedScene.h"
 
-/// A filmed scene with words of one colour on the ground, which appear step by step.
-class WritingScene : public FilmedScene {
-protected:
-    explicit WritingScene(const Colour4& colour) : f(colour) {}
+#include <string>
 
-    /// Goes on with the move, or with the next one when it has ended; false when that was the last.
-    bool playMove(unsigned int time);
+/// A filmed scene with a font.
+class LetteredScene : public FilmedScene {
+protected:
+    explicit LetteredScene(const Colour4& colour) : f(colour) {}
 
     Font f;
-    std::uint32_t startTime = 0; ///< ms on the engine clock, the scene's first update; 0 before it
-    std::uint32_t step = 0;      ///< which words are there
+};
+
+/// A filmed scene with words of one colour on the ground, which appear step by step.
+class WritingScene : public Timed<LetteredScene> {
+protected:
+    /// Words on the ground: where and how the font writes them.
+    struct Words {
+        Vector3f position;
+        std::string text;
+        float scale;
+        void (Font::*way)(const Vector3f&, const std::string&, float) const = &Font::drawText;
+    };
+
+    using Timed::Timed;
+
+    void write(const Words& words) const;
+
+    std::uint32_t step = 0; ///< which words are there
 };

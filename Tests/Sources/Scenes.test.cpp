@@ -61,7 +61,7 @@ const Script SCRIPTS[] = {
     {"SceneSadSpectrumGreet", make<SceneSadSpectrumGreet>, true, 0, 0, 0, RISE},
     {"SceneSpectrumPart", make<SceneSpectrumPart>, true, 10, 0.04f, 12, FLIGHTS},
     {"SceneSpectrumImpulsePart", make<SceneSpectrumImpulsePart>, false, 8, 0.04f, 6, GLIDE},
-    {"ScenePartWorld", make<ScenePartWorld>, false, 8, 0.08f, 18, DESCENT}};
+    {"ScenePartWorld", make<ScenePartWorld>, false, 0, 0.08f, 18, DESCENT}};
 
 /// The brightness at a time of the scene, or of its move.
 float fadeAt(int scene, Ms time, Ms duration, float before) {
