@@ -4,6 +4,7 @@
 
 #include <GL/glew.h>
 
+#include <algorithm>
 #include <iostream>
 
 void LineRenderer::addLine(const Point& p1, const Point& p2) {
@@ -28,18 +29,15 @@ void LineRenderer::addLines(const std::vector<Point>& points) {
     }
 }
 
-void LineRenderer::addLines(const std::vector<Point>& points, std::vector<unsigned int> newIndices) {
+void LineRenderer::addLines(const std::vector<Point>& points, const std::vector<unsigned int>& newIndices) {
     const unsigned int first = getNbPoints();
+    const std::size_t end = indices.size();
     vertices.insert(vertices.end(), points.begin(), points.end());
-    if (first == 0 && indices.empty()) {
-        // The lattice, twice a frame: the list came as a copy, it need not be copied again.
-        indices.swap(newIndices);
-        return;
-    }
-    for (unsigned int& index : newIndices) {
-        index += first;
-    }
     indices.insert(indices.end(), newIndices.begin(), newIndices.end());
+    if (first != 0) { // not the lattice, of which this is twice a frame
+        std::for_each(indices.begin() + static_cast<std::ptrdiff_t>(end), indices.end(),
+                      [first](std::uint32_t& index) { index += first; });
+    }
 }
 
 void LineRenderer::clear() {

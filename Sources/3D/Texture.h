@@ -16,6 +16,8 @@ public:
     Texture(const Texture&) = delete;
     Texture& operator=(const Texture&) = delete;
 
+    /// Asks OpenGL for a name and says so on standard output. For the constructors: called again, it would
+    /// take another name and lose the first.
     void createID();
     /// Sets the filter of the texture that is bound.
     void setParameters();

@@ -50,5 +50,6 @@ std::ostream& operator<<(std::ostream& stream, const Vector3<T>& v) {
 }
 
 using Vector3f = Vector3<float>;
+static_assert(sizeof(Vector3f) == 3 * sizeof(float), "components are packed");
 /// Red, green and blue, 0..1.
 using Colour3 = Vector3<float>;

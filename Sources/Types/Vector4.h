@@ -48,3 +48,4 @@ public:
 
 /// Red, green, blue and alpha, 0..1.
 using Colour4 = Vector4<float>;
+static_assert(sizeof(Colour4) == 4 * sizeof(float), "components are packed");
