@@ -17,14 +17,18 @@
 #include "Utils/Settings.h"
 #include "Zentrik/Controllers/InputManager.h"
 #include "Zentrik/Controllers/SDL_Keyboard.h"
+#include "Zentrik/Controllers/Signals.h"
 #include "Zentrik/Engine.h"
 
 #include <GL/glew.h>
 #include <GL/glu.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <fcntl.h>
 #include <iostream>
-#include <limits>
+#include <unistd.h>
 
 namespace {
 const int SUCCESS = 0;
@@ -38,14 +42,21 @@ const std::string FADE_LABEL = "glGetUniformLocation 'fade'";
 const std::string BLUR_OFFSET_LABEL = "glGetUniformLocation 'blurOffset'";
 const std::string DRAW_LABEL = "Draw";
 
-/// A setting as a whole number: truncated towards zero, held within the range of int, 0 for what is no
-/// number.
+/// A setting as a whole number: truncated towards zero, held within the range of int.
 int truncated(float value) {
-    const auto limit = -static_cast<float>(std::numeric_limits<int>::min()); // 2^31
-    if (value >= limit) {
-        return std::numeric_limits<int>::max();
-    }
-    return value >= -limit ? static_cast<int>(value) : value < -limit ? std::numeric_limits<int>::min() : 0;
+    const float limit = 2147483648.0f; // 2^31
+    return static_cast<int>(std::clamp(value, -limit, std::nextafter(limit, 0.0f)));
+}
+
+/// What was closed when the program started would be open again as something else, the window's connection
+/// for one, and the lines for the console would go there: standard input, output and error lead nowhere
+/// instead.
+void openStandardStreams() {
+    int descriptor = 0;
+    do {
+        descriptor = open("/dev/null", O_RDWR);
+    } while (0 <= descriptor && descriptor <= STDERR_FILENO);
+    close(descriptor);
 }
 
 void setUniform(const Shader& shader, const char* name, float value, const std::string& label) {
@@ -75,7 +86,11 @@ void drawBlurred(const Texture& texture, Shader& blurShader, const Window& windo
 } // namespace
 
 int main(int /*argc*/, char** /*argv*/) {
-    // Should the show fail while it runs, the programs go with the OpenGL context.
+    openStandardStreams();
+    Signals::listen();
+
+    // Not of the run's scope: should the show fail while it runs, nobody deletes the programs, they go with
+    // the OpenGL context and stay known until then.
     static Shader* pSimpleShader;
     static Shader* pHBlurShader;
     static Shader* pVBlurShader;
@@ -98,6 +113,7 @@ int main(int /*argc*/, char** /*argv*/) {
 
         InputManager im;
         im.registerController(new SDL_Keyboard());
+        im.registerController(new Signals());
 
         RotatingCamera c(Vector3f(6, 0, 6), 6.0f, 0.3f);
 

@@ -11,11 +11,9 @@
 
 static const std::uint32_t FRAME_TIME = 15; // ms
 
-// What SDL needs to be told before it starts, unless the user has said otherwise.
+// A window that is ours alone, or none. What the user has set stays.
 static void preferPlainWindow() {
-    // A window or none: without a screen SDL would draw with letters in the terminal.
     setenv("SDL_VIDEODRIVER", "x11", 0);
-    // SDL's successor in compatibility dress would put a framebuffer of its own between ours and the window.
     setenv("SDL12COMPAT_OPENGL_SCALING", "0", 0);
 }
 

@@ -22,8 +22,11 @@ public:
 /// Libraries, window, clock and pace of the program: built first, destroyed last.
 class Engine {
 public:
-    /// Starts the libraries and opens a full-screen OpenGL window, sizes in pixels.
-    /// Throws WindowCreationException or EngineInitialisationException; SDL then stays as it is.
+    /// Starts the libraries and opens a full-screen OpenGL window, sizes in pixels. Before SDL it sets two
+    /// variables of the environment, unless they are set already: SDL_VIDEODRIVER to x11, since SDL would
+    /// otherwise draw with letters where there is no screen, and SDL12COMPAT_OPENGL_SCALING to 0, since SDL's
+    /// successor in compatibility dress would otherwise put a framebuffer of its own between ours and the
+    /// window. Throws WindowCreationException or EngineInitialisationException; SDL then stays as it is.
     Engine(EngineAPI apis, unsigned int width, unsigned int height, const std::string& windowName);
     ~Engine();
     Engine(const Engine&) = delete;
