@@ -14,8 +14,9 @@ inline const Colour4 gridColour(117 / 255.0f, 117 / 255.0f, 117 / 255.0f, 0.7f);
 /// ring.
 ///
 /// Heights are world units. The lattice's own (x, y) is column and row: x along world x, y along world z.
-/// That of waves and mounds is turned: their x runs along world z, their y along world x. Colours are RGBA,
-/// 0..1.
+/// That of waves and mounds is turned: their x runs along world z, their y along world x. Their bounds are
+/// not turned with them (x below numberPointsX, y below numberPointsY), and rows are numberPointsX long: on a
+/// lattice that is not square their neighbours are no neighbours on the ground. Colours are RGBA, 0..1.
 class Grid {
 public:
     /// numberPointsX by numberPointsY points, at least one of them, step world units apart, from the origin
