@@ -16,7 +16,7 @@ void bareTransform(benchmark::State& state) {
     kiss_fftr_cfg transform = kiss_fftr_alloc(2 * count, 0, nullptr, nullptr);
     std::vector<float> samples(static_cast<std::size_t>(2 * count));
     for (int i = 0; i < 2 * count; ++i) {
-        samples[i] = std::sin(0.1F * static_cast<float>(i));
+        samples[i] = std::sin(0.1f * static_cast<float>(i));
     }
     std::vector<kiss_fft_cpx> entries(count + 1);
     while (state.KeepRunning()) {

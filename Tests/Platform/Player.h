@@ -16,18 +16,18 @@
 
 // Music made for the purpose, and what plays it. What fails here shows in what the tests then see.
 
-// Left and right, -1..1.
+/// Left and right, -1..1.
 using Sample = std::array<double, 2>;
 
-// What is heard at a time in seconds.
+/// What is heard at a time in seconds.
 using Signal = std::function<Sample(double)>;
 
-// A sine of full scale on the left, and nothing on the right.
+/// A sine of full scale on the left, and nothing on the right.
 inline Signal sineLeft(double hertz) {
     return [hertz](double time) { return Sample{std::sin(2 * M_PI * hertz * time), 0}; };
 }
 
-// The process has a folder of its own, which goes with it.
+/// The process has a folder of its own, which goes with it.
 struct Folder {
     Folder() { path = ::mkdtemp(path.data()) + std::string("/"); }
     ~Folder() { std::filesystem::remove_all(path); }
@@ -41,14 +41,14 @@ inline std::string read(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// Writes a file into the folder and returns its path.
+/// Writes a file into the folder and returns its path.
 inline std::string write(const std::string& name, const std::string& bytes) {
     std::ofstream(folder.path + name, std::ios::binary) << bytes;
     return folder.path + name;
 }
 
-// Encodes so many samples of a signal, by default as well as can be and each side for itself, and returns the
-// path of the MP3.
+/// Encodes so many samples of a signal, by default as well as can be and each side for itself, and returns
+/// the path of the MP3.
 inline std::string encode(const std::string& name, const Signal& signal, int samples, int rate = 44100,
                           const std::string& options = "-b 320 -m s") {
     std::string raw;
@@ -66,16 +66,16 @@ inline std::string encode(const std::string& name, const Signal& signal, int sam
     return folder.path + name;
 }
 
-// The supplied clock, in microseconds: it stands still unless a test moves it.
+/// The supplied clock, in microseconds: it stands still unless a test moves it.
 inline std::atomic<unsigned long long> now{5000000};
 inline unsigned long long supplied() { return now; }
-constexpr FMOD_CLOCK realTime = nullptr;
+constexpr FMOD_CLOCK REAL_TIME = nullptr;
 
-// The way that the show opens its track.
-constexpr FMOD_MODE mode =
+/// The way that the show opens its track.
+constexpr FMOD_MODE MODE =
     FMOD_LOOP_OFF | FMOD_2D | FMOD_SOFTWARE | FMOD_CREATESAMPLE | FMOD_ACCURATETIME | FMOD_UNIQUE;
 
-// A system of ten channels, as the show has it.
+/// A system of ten channels, as the show has it.
 struct Player {
     explicit Player(FMOD_CLOCK clock = supplied, int channels = 10) {
         // What this machine has for sound is none of our business, unless somebody asks for it.
@@ -88,7 +88,7 @@ struct Player {
 
     FMOD_SOUND* load(const std::string& path) const {
         FMOD_SOUND* sound = nullptr;
-        FMOD_System_CreateStream(system, path.c_str(), mode, nullptr, &sound);
+        FMOD_System_CreateStream(system, path.c_str(), MODE, nullptr, &sound);
         return sound;
     }
     FMOD_CHANNEL* play(FMOD_SOUND* sound, bool paused = false) const {
@@ -107,10 +107,10 @@ inline unsigned int length(FMOD_SOUND* sound) {
     return milliseconds;
 }
 
-// Where a channel is, in milliseconds, unless it is over.
-constexpr unsigned int over = 77777777;
+/// Where a channel is, in milliseconds, unless it is over.
+constexpr unsigned int OVER = 77777777;
 inline unsigned int position(FMOD_CHANNEL* channel) {
-    unsigned int milliseconds = over;
+    unsigned int milliseconds = OVER;
     FMOD_Channel_GetPosition(channel, &milliseconds, FMOD_TIMEUNIT_MS);
     return milliseconds;
 }

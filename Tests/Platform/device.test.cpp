@@ -16,14 +16,14 @@
 #include <utility>
 #include <vector>
 
-// A tone that gets higher and louder, so that no two moments look alike.
+/// A tone that gets higher and louder, so that no two moments look alike.
 static Sample rising(double time) {
     return {(0.2 + 0.2 * time) * std::sin(2 * M_PI * (1000 + 500 * time) * time), 0};
 }
 
-// Plays it as the show does, by frames of 15 ms, with a pause in the middle.
+/// Plays it as the show does, by frames of 15 ms, with a pause in the middle.
 static void play(const std::string& track) {
-    const Player player(realTime);
+    const Player player(REAL_TIME);
     FMOD_CHANNEL* const channel = player.play(track);
     const auto begin = std::chrono::steady_clock::now();
     double lead = 0; // of the position over the time
@@ -52,7 +52,7 @@ static void play(const std::string& track) {
     EXPECT_NEAR(lead, -300, 150) << "not as long as the pause";
     FMOD_Channel_SetPosition(channel, 1950, FMOD_TIMEUNIT_MS);
     std::this_thread::sleep_for(std::chrono::milliseconds(250));
-    EXPECT_EQ(position(channel), over);
+    EXPECT_EQ(position(channel), OVER);
 }
 
 // In processes of their own, because a process looks for its sound devices once.

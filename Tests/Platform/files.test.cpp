@@ -15,7 +15,7 @@
 
 using namespace std::string_literals;
 
-// Bytes that look like nothing, the same ones for the same seed.
+/// Bytes that look like nothing, the same ones for the same seed.
 static std::string noise(std::size_t bytes, unsigned seed) {
     std::mt19937 source(seed);
     std::string text(bytes, '\0');
@@ -38,7 +38,7 @@ TEST(Files, HaveTheirExactLengthAndSoundWhateverTheirKind) {
         const Player player;
         FMOD_SOUND* const sound = player.load(path);
         EXPECT_EQ(length(sound), expected) << rate << ' ' << options;
-        EXPECT_EQ(length(Player(realTime).load(path)), expected) << rate << ' ' << options;
+        EXPECT_EQ(length(Player(REAL_TIME).load(path)), expected) << rate << ' ' << options;
         std::string name = "#######";
         FMOD_Sound_GetName(sound, name.data(), 5);
         EXPECT_EQ(name, title);
@@ -48,7 +48,7 @@ TEST(Files, HaveTheirExactLengthAndSoundWhateverTheirKind) {
         now += 1000000 + 122 * 1000000ULL / rate;
         EXPECT_EQ(position(channel), expected) << rate << ' ' << options;
         now += 1000;
-        EXPECT_EQ(position(channel), over) << rate << ' ' << options;
+        EXPECT_EQ(position(channel), OVER) << rate << ' ' << options;
     }
 }
 
@@ -66,7 +66,7 @@ TEST(Files, ThatCannotBePlayedAreRefusedEachForItsReason) {
              {write("head.mp3", good.substr(0, 4)), FMOD_ERR_FILE_NOT_MP3},
              {write("late.mp3", noise(300000, 1) + good), FMOD_ERR_FILE_NOT_MP3}}) {
         FMOD_SOUND* sound = nullptr;
-        EXPECT_EQ(FMOD_System_CreateStream(player.system, path.c_str(), mode, nullptr, &sound), expected)
+        EXPECT_EQ(FMOD_System_CreateStream(player.system, path.c_str(), MODE, nullptr, &sound), expected)
             << path;
     }
 }
@@ -89,7 +89,7 @@ TEST(Files, ThatAreDamagedArePlayedAsFarAsTheyGo) {
             EXPECT_GT(spectrum(channel)[23], 0.5) << seed << ": " << place;
         }
         now += 1000000;
-        EXPECT_EQ(position(channel), over) << seed;
+        EXPECT_EQ(position(channel), OVER) << seed;
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }

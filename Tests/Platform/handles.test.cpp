@@ -35,7 +35,7 @@ TEST(Handles, ThatAreNullForeignOrOverAreRefusedByEveryCall) {
         auto* const ofChannel = static_cast<FMOD_CHANNEL*>(third);
         return AllOf(
             FMOD_System_Init(ofSystem, 10, 0, nullptr), FMOD_System_Update(ofSystem),
-            FMOD_System_Close(ofSystem), FMOD_System_CreateStream(ofSystem, path, mode, nullptr, &newSound),
+            FMOD_System_Close(ofSystem), FMOD_System_CreateStream(ofSystem, path, MODE, nullptr, &newSound),
             FMOD_System_PlaySound(ofSystem, free, sound, 0, &newChannel), FMOD_System_Release(ofSystem),
             FMOD_System_PlaySound(system, free, ofSound, 0, &newChannel), FMOD_Sound_Release(ofSound),
             FMOD_Sound_GetLength(ofSound, &place, ms), FMOD_Sound_GetName(ofSound, &letter, 1),
@@ -56,8 +56,8 @@ TEST(Handles, ThatAreNullForeignOrOverAreRefusedByEveryCall) {
     const auto wrong = AllOf(
         FMOD_System_Create(nullptr), FMOD_System_Init(system, 0, 0, nullptr),
         FMOD_System_Init(system, 4097, 0, nullptr),
-        FMOD_System_CreateStream(system, path, mode, nullptr, nullptr),
-        FMOD_System_CreateStream(system, nullptr, mode, nullptr, &newSound),
+        FMOD_System_CreateStream(system, path, MODE, nullptr, nullptr),
+        FMOD_System_CreateStream(system, nullptr, MODE, nullptr, &newSound),
         FMOD_System_PlaySound(system, free, sound, 0, nullptr), FMOD_Sound_GetLength(sound, nullptr, ms),
         FMOD_Sound_GetName(sound, nullptr, 8), FMOD_Sound_GetName(sound, &letter, 0),
         FMOD_Channel_GetPaused(channel, nullptr), FMOD_Channel_SetLoopCount(channel, -2),
@@ -67,7 +67,7 @@ TEST(Handles, ThatAreNullForeignOrOverAreRefusedByEveryCall) {
     // None of all that has written anything, but the zeroes, or touched what is alive.
     EXPECT_EQ(std::tuple(number, place, letter), std::tuple(77, 77U, 77));
     EXPECT_EQ(std::pair(newSound, newChannel), (std::pair<FMOD_SOUND*, FMOD_CHANNEL*>()));
-    EXPECT_THAT(values, testing::Each(0.0F));
+    EXPECT_THAT(values, testing::Each(0.0f));
     EXPECT_EQ(std::pair(length(sound), position(channel)), std::pair(1000U, 0U));
     // The number of values, the side, and how many values a refusal clears.
     using Case = std::tuple<int, int, int>;
@@ -84,23 +84,23 @@ TEST(Handles, ThatAreNullForeignOrOverAreRefusedByEveryCall) {
 TEST(Handles, MayBeGivenBackInAnyOrder) {
     const std::string tone = encode("tone.mp3", sineLeft(1000), 44100);
     for (int order = 0; order < 8; ++order) {
-        const Player player(order < 4 ? supplied : realTime);
+        const Player player(order < 4 ? supplied : REAL_TIME);
         FMOD_SOUND* const sound = player.load(tone);
         FMOD_CHANNEL* const channel = player.play(sound);
         EXPECT_EQ(FMOD_System_Init(player.system, 10, 0, nullptr), FMOD_ERR_INITIALISED);
         if (order % 2 == 1) {
             EXPECT_EQ(FMOD_Sound_Release(sound), FMOD_OK);
-            EXPECT_NE(position(channel), over);
+            EXPECT_NE(position(channel), OVER);
         }
         if (order / 2 % 2 == 1) {
             EXPECT_EQ(FMOD_System_Close(player.system), FMOD_OK);
             EXPECT_EQ(FMOD_System_Update(player.system), FMOD_ERR_NOT_INITIALISED);
-            EXPECT_EQ(position(channel), over);
+            EXPECT_EQ(position(channel), OVER);
             EXPECT_EQ(FMOD_System_Init(player.system, 10, 0, nullptr), FMOD_OK);
             EXPECT_EQ(player.play(sound) == nullptr, order % 2 == 1);
         }
         EXPECT_EQ(FMOD_System_Release(player.system), FMOD_OK);
         EXPECT_EQ(FMOD_Sound_Release(sound), FMOD_ERR_HANDLE);
-        EXPECT_EQ(position(channel), over);
+        EXPECT_EQ(position(channel), OVER);
     }
 }

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-// How often this thread has taken something from the heap, in the program and in the layer alike.
+/// How often this thread has taken something from the heap, in the program and in the layer alike.
 int allocations();
 
 TEST(Spectrum, ShowsWhatIsOnTheLeftAtThisMoment) {
@@ -25,7 +25,7 @@ TEST(Spectrum, ShowsWhatIsOnTheLeftAtThisMoment) {
         };
         FMOD_CHANNEL* const channel = player.play(encode("sine.mp3", signal, 44100));
         now += 250000;
-        EXPECT_THAT(spectrum(channel, count), testing::Each(0.0F)) << count;
+        EXPECT_THAT(spectrum(channel, count), testing::Each(0.0f)) << count;
         now += 250000;
         EXPECT_NEAR(spectrum(channel, count)[entry], 0.5, 0.02) << "half of the window is filled";
         now += 250000;
@@ -37,7 +37,7 @@ TEST(Spectrum, ShowsWhatIsOnTheLeftAtThisMoment) {
             EXPECT_NEAR(values[k], distance == 0 ? 1 : odd, 0.02) << count << ' ' << k;
         }
         FMOD_Channel_SetPaused(channel, 1);
-        EXPECT_THAT(spectrum(channel, count), testing::Each(0.0F)) << count;
+        EXPECT_THAT(spectrum(channel, count), testing::Each(0.0f)) << count;
         FMOD_Channel_SetPaused(channel, 0);
         EXPECT_EQ(spectrum(channel, count), values) << "the clock stands still";
         // Each frame is a new one, and takes nothing from the heap.
@@ -62,7 +62,7 @@ TEST(Playing, GoesExactlyByTheClockAndStopsAtTheEnd) {
     for (const auto& [pause, jump, time, expected] :
          {Step(0, 0, 999, 0), Step(0, 0, 499001, 500), Step(7, 0, 3600000000, 500), Step(0, 0, 1000, 501),
           Step(0, 100, 2000, 102), Step(1, 1000, 2000, 1000), Step(1, 1013, 0, 1000), Step(0, 0, 12290, 1012),
-          Step(0, 0, 1, over)}) {
+          Step(0, 0, 1, OVER)}) {
         FMOD_BOOL paused = -1;
         FMOD_Channel_SetPaused(channel, pause);
         FMOD_Channel_GetPaused(channel, &paused);

@@ -11,11 +11,11 @@ std::atomic<FMOD_CLOCK> inForce{nullptr};
 
 } // namespace
 
-Clock::Clock() : supplied_(inForce.load()) {}
+Clock::Clock() : supplied(inForce.load()) {}
 
 std::int64_t Clock::now() const {
-    if (supplied_ != nullptr) {
-        return static_cast<std::int64_t>(supplied_());
+    if (supplied != nullptr) {
+        return static_cast<std::int64_t>(supplied());
     }
     const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
     return std::chrono::duration_cast<std::chrono::microseconds>(sinceStart).count();

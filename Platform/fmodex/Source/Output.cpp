@@ -20,7 +20,7 @@ using AlsaHandler = void (*)(const char* file, int line, const char* function, i
 void ignore(const char* /*file*/, int /*line*/, const char* /*function*/, int /*error*/,
             const char* /*format*/, ...) {}
 
-// ALSA writes its troubles to standard error, unless somebody takes them off it. Null gives them back.
+/// ALSA writes its troubles to standard error, unless somebody takes them off it. Null gives them back.
 void handleAlsaErrors(AlsaHandler handler) {
     void* const alsa = ::dlopen("libasound.so.2", RTLD_LAZY | RTLD_NOLOAD);
     if (alsa == nullptr) {
@@ -50,72 +50,72 @@ std::unique_ptr<Output> Output::open() {
 }
 
 Output::Output(Device device, Context context)
-    : device_(std::move(device)), context_(std::move(context)), thread_(&Output::supply, this) {}
+    : device(std::move(device)), context(std::move(context)), thread(&Output::supply, this) {}
 
 Output::~Output() {
     {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        closing_ = true;
+        const std::lock_guard<std::mutex> lock(mutex);
+        closing = true;
     }
-    closed_.notify_all();
-    thread_.join();
-    context_.reset();
-    device_.reset();
+    closed.notify_all();
+    thread.join();
+    context.reset();
+    device.reset();
     handleAlsaErrors(nullptr);
 }
 
 void Output::play(const std::shared_ptr<Channel>& channel) {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    if (lost_) {
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (lost) {
         channel->leaveDevice();
     } else {
-        waiting_.push_back(channel);
+        waiting.push_back(channel);
     }
 }
 
 void Output::supply() {
-    alcSetThreadContext(context_.get());
-    std::unique_lock<std::mutex> lock(mutex_);
-    while (!closing_ && !lost_) {
-        const std::vector<std::shared_ptr<Channel>> added = std::exchange(waiting_, {});
+    alcSetThreadContext(context.get());
+    std::unique_lock<std::mutex> lock(mutex);
+    while (!closing && !lost) {
+        const std::vector<std::shared_ptr<Channel>> added = std::exchange(waiting, {});
         lock.unlock();
         welcome(added);
-        voices_.remove_if([](Voice& voice) { return !voice.update(); });
-        const bool goesOn = connected();
+        voices.remove_if([](Voice& voice) { return !voice.update(); });
+        const bool goesOn = isConnected();
         if (goesOn) {
-            for (Voice& voice : voices_) {
+            for (Voice& voice : voices) {
                 voice.report();
             }
         }
         lock.lock();
-        lost_ = !goesOn;
-        closed_.wait_for(lock, std::chrono::milliseconds(5), [this] { return closing_ || lost_; });
+        lost = !goesOn;
+        closed.wait_for(lock, std::chrono::milliseconds(5), [this] { return closing || lost; });
     }
-    for (Voice& voice : voices_) {
-        voice.channel().leaveDevice();
+    for (Voice& voice : voices) {
+        voice.getChannel().leaveDevice();
     }
-    for (const std::shared_ptr<Channel>& channel : waiting_) {
+    for (const std::shared_ptr<Channel>& channel : waiting) {
         channel->leaveDevice();
     }
-    voices_.clear();
-    waiting_.clear();
+    voices.clear();
+    waiting.clear();
     alcSetThreadContext(nullptr);
 }
 
 void Output::welcome(const std::vector<std::shared_ptr<Channel>>& channels) {
     for (const std::shared_ptr<Channel>& channel : channels) {
         try {
-            voices_.emplace_back(channel);
+            voices.emplace_back(channel);
         } catch (const std::exception&) {
             channel->leaveDevice(); // it plays on unheard
         }
     }
 }
 
-bool Output::connected() const {
+bool Output::isConnected() const {
     ALCint connected = ALC_TRUE;
-    if (alcIsExtensionPresent(device_.get(), "ALC_EXT_disconnect") == ALC_TRUE) {
-        alcGetIntegerv(device_.get(), ALC_CONNECTED, 1, &connected);
+    if (alcIsExtensionPresent(device.get(), "ALC_EXT_disconnect") == ALC_TRUE) {
+        alcGetIntegerv(device.get(), ALC_CONNECTED, 1, &connected);
     }
     return connected == ALC_TRUE;
 }

@@ -14,18 +14,18 @@
 
 namespace fmodex {
 
-// The sound device, and the thread that keeps it supplied.
+/// The sound device, and the thread that keeps it supplied.
 class Output {
 public:
-    // Returns null when the machine has no device.
+    /// Returns null when the machine has no device.
     static std::unique_ptr<Output> open();
 
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
     ~Output();
 
-    // Plays a channel until it is over. When the device is gone, or goes later, the channel is made to leave
-    // it.
+    /// Plays a channel until it is over. When the device is gone, or goes later, the channel is made to leave
+    /// it.
     void play(const std::shared_ptr<Channel>& channel);
 
 private:
@@ -41,19 +41,19 @@ private:
     Output(Device device, Context context);
     void supply();
     void welcome(const std::vector<std::shared_ptr<Channel>>& channels);
-    bool connected() const;
+    bool isConnected() const;
 
-    Device device_;
-    Context context_;
+    Device device;
+    Context context;
 
-    std::mutex mutex_;
-    std::condition_variable closed_;
-    bool closing_ = false;
-    bool lost_ = false;
-    std::vector<std::shared_ptr<Channel>> waiting_; // new channels
+    std::mutex mutex;
+    std::condition_variable closed;
+    bool closing = false;
+    bool lost = false;
+    std::vector<std::shared_ptr<Channel>> waiting; ///< new channels
 
-    std::list<Voice> voices_; // the thread's own
-    std::thread thread_;
+    std::list<Voice> voices; ///< the thread's own
+    std::thread thread;
 };
 
 } // namespace fmodex

@@ -11,11 +11,11 @@
 
 namespace fmodex {
 
-// A number that no registry has given out before, odd and thus no address of anything.
+/// A number that no registry has given out before, odd and thus no address of anything.
 std::uintptr_t newTicket();
 
-// Knows which handles are alive, what stands behind them, and which system they belong to. A handle is a
-// ticket and never followed as a pointer, so that any value at all may be asked for.
+/// Knows which handles are alive, what stands behind them, and which system they belong to. A handle is a
+/// ticket and never followed as a pointer, so that any value at all may be asked for.
 template <typename Handle, typename Object>
 class Registry {
 public:
@@ -24,35 +24,35 @@ public:
     Handle* add(std::shared_ptr<Object> object, const FMOD_SYSTEM* owner) {
         // NOLINTNEXTLINE(performance-no-int-to-ptr): it is a number, and stays one
         auto* handle = reinterpret_cast<Handle*>(newTicket());
-        const std::lock_guard<std::mutex> lock(mutex_);
-        entries_.emplace(handle, Item{std::move(object), owner});
+        const std::lock_guard<std::mutex> lock(mutex);
+        entries.emplace(handle, Item{std::move(object), owner});
         return handle;
     }
 
-    // Throws FMOD_ERR_HANDLE when nothing is there, or when it belongs to another system than the one given.
+    /// Throws FMOD_ERR_HANDLE when nothing is there, or when it belongs to another system than the one given.
     std::shared_ptr<Object> find(Handle* handle, const FMOD_SYSTEM* owner = nullptr) const {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        const auto found = entries_.find(handle);
-        require(found != entries_.end(), FMOD_ERR_HANDLE);
+        const std::lock_guard<std::mutex> lock(mutex);
+        const auto found = entries.find(handle);
+        require(found != entries.end(), FMOD_ERR_HANDLE);
         require(owner == nullptr || owner == found->second.owner, FMOD_ERR_HANDLE);
         return found->second.object;
     }
 
-    // Forgets a handle. The object goes with the last pointer to it, outside of the lock. Throws like find.
+    /// Forgets a handle. The object goes with the last pointer to it, outside of the lock. Throws like find.
     std::shared_ptr<Object> take(Handle* handle) {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        const auto found = entries_.find(handle);
-        require(found != entries_.end(), FMOD_ERR_HANDLE);
+        const std::lock_guard<std::mutex> lock(mutex);
+        const auto found = entries.find(handle);
+        require(found != entries.end(), FMOD_ERR_HANDLE);
         std::shared_ptr<Object> object = std::move(found->second.object);
-        entries_.erase(found);
+        entries.erase(found);
         return object;
     }
 
-    // Whatever belongs to a system.
+    /// Whatever belongs to a system.
     std::vector<Entry> of(const FMOD_SYSTEM* owner) const {
-        const std::lock_guard<std::mutex> lock(mutex_);
+        const std::lock_guard<std::mutex> lock(mutex);
         std::vector<Entry> found;
-        for (const auto& [handle, item] : entries_) {
+        for (const auto& [handle, item] : entries) {
             if (item.owner == owner) {
                 found.emplace_back(handle, item.object);
             }
@@ -60,10 +60,10 @@ public:
         return found;
     }
 
-    // Forgets a handle, if it is still there.
+    /// Forgets a handle, if it is still there.
     void drop(Handle* handle) {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        entries_.erase(handle);
+        const std::lock_guard<std::mutex> lock(mutex);
+        entries.erase(handle);
     }
 
 private:
@@ -72,8 +72,8 @@ private:
         const FMOD_SYSTEM* owner;
     };
 
-    mutable std::mutex mutex_;
-    std::map<Handle*, Item> entries_;
+    mutable std::mutex mutex;
+    std::map<Handle*, Item> entries;
 };
 
 } // namespace fmodex

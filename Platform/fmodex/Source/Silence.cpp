@@ -6,9 +6,9 @@
 
 namespace fmodex {
 
-Silence::Silence() : standardError_(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
+Silence::Silence() : standardError(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
     const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (standardError_ >= 0 && nowhere >= 0) {
+    if (standardError >= 0 && nowhere >= 0) {
         std::fflush(stderr);
         ::dup2(nowhere, STDERR_FILENO);
     }
@@ -18,10 +18,10 @@ Silence::Silence() : standardError_(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDE
 }
 
 Silence::~Silence() {
-    if (standardError_ >= 0) {
+    if (standardError >= 0) {
         std::fflush(stderr);
-        ::dup2(standardError_, STDERR_FILENO);
-        ::close(standardError_);
+        ::dup2(standardError, STDERR_FILENO);
+        ::close(standardError);
     }
 }
 

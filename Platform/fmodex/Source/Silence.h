@@ -2,8 +2,8 @@
 
 namespace fmodex {
 
-// Keeps standard error quiet for as long as it lives. Libraries that look for a sound device complain there
-// about each one that is not in the machine.
+/// Keeps standard error quiet for as long as it lives. Libraries that look for a sound device complain there
+/// about each one that is not in the machine.
 class Silence {
 public:
     Silence();
@@ -12,7 +12,7 @@ public:
     ~Silence();
 
 private:
-    int standardError_; // the real one; -1 when there is nothing to go back to
+    int standardError; ///< the real one; -1 when there is nothing to go back to
 };
 
 } // namespace fmodex

@@ -10,113 +10,113 @@
 
 namespace fmodex {
 
-Voice::Voice(std::shared_ptr<Channel> channel)
-    : channel_(std::move(channel)), track_(channel_->track()), portion_(portionFrames) {
-    free_.reserve(portions);
+Voice::Voice(std::shared_ptr<Channel> played)
+    : channel(std::move(played)), track(channel->getTrack()), portion(PORTION_FRAMES) {
+    idle.reserve(PORTIONS);
     alGetError();
-    alGenSources(1, &source_);
+    alGenSources(1, &source);
     require(alGetError() == AL_NO_ERROR, FMOD_ERR_MEMORY);
-    alGenBuffers(portions, buffers_.data());
+    alGenBuffers(PORTIONS, buffers.data());
     if (alGetError() != AL_NO_ERROR) {
-        alDeleteSources(1, &source_);
+        alDeleteSources(1, &source);
         throw Error(FMOD_ERR_MEMORY);
     }
     // Left to the left speaker and right to the right, whatever else is in the room.
-    alSourcei(source_, AL_DIRECT_CHANNELS_SOFT, AL_TRUE);
-    go(channel_->order());
+    alSourcei(source, AL_DIRECT_CHANNELS_SOFT, AL_TRUE);
+    go(channel->getOrder());
 }
 
 Voice::~Voice() {
-    alDeleteSources(1, &source_);
-    alDeleteBuffers(portions, buffers_.data());
+    alDeleteSources(1, &source);
+    alDeleteBuffers(PORTIONS, buffers.data());
 }
 
 bool Voice::update() {
-    const Channel::Order order = channel_->order();
+    const Channel::Order order = channel->getOrder();
     if (order.over) {
         return false;
     }
-    if (order.jumps != jumps_) {
+    if (order.jumps != jumps) {
         go(order);
     }
     // Asked before the portions are taken back: a source that has stopped has finished all that it held then,
     // and none of it will be started again.
     ALint state = AL_STOPPED;
-    alGetSourcei(source_, AL_SOURCE_STATE, &state);
+    alGetSourcei(source, AL_SOURCE_STATE, &state);
     takeBack();
     hand();
     if (order.paused) {
         if (state == AL_PLAYING) {
-            alSourcePause(source_);
+            alSourcePause(source);
         }
         return true;
     }
     if (state != AL_PLAYING) {
-        if (first_ == next_) {
+        if (first == next) {
             // Behind the last frame the channel runs to its end by the clock.
-            if (!track_.isOver(next_)) {
-                channel_->wait();
+            if (!track.isOver(next)) {
+                channel->wait();
             }
             return true;
         }
-        alSourcePlay(source_);
+        alSourcePlay(source);
     }
     measure();
     return true;
 }
 
 void Voice::go(const Channel::Order& order) {
-    alSourceStop(source_);
-    alSourcei(source_, AL_BUFFER, 0);
-    free_.assign(buffers_.begin(), buffers_.end());
-    jumps_ = order.jumps;
-    first_ = order.frame;
-    next_ = order.frame;
+    alSourceStop(source);
+    alSourcei(source, AL_BUFFER, 0);
+    idle.assign(buffers.begin(), buffers.end());
+    jumps = order.jumps;
+    first = order.frame;
+    next = order.frame;
 }
 
 void Voice::takeBack() {
     ALint finished = 0;
-    alGetSourcei(source_, AL_BUFFERS_PROCESSED, &finished);
+    alGetSourcei(source, AL_BUFFERS_PROCESSED, &finished);
     for (; finished > 0; --finished) {
         ALuint buffer = 0;
         ALint bytes = 0;
-        alSourceUnqueueBuffers(source_, 1, &buffer);
+        alSourceUnqueueBuffers(source, 1, &buffer);
         alGetBufferi(buffer, AL_SIZE, &bytes);
-        first_ += bytes / static_cast<ALint>(sizeof(Frame));
-        free_.push_back(buffer);
+        first += bytes / static_cast<ALint>(sizeof(Frame));
+        idle.push_back(buffer);
     }
 }
 
 void Voice::hand() {
-    while (!free_.empty()) {
-        const bool complete = track_.complete();
-        const std::int64_t count = std::min(portionFrames, track_.decoded() - next_);
-        if (count <= 0 || (count < portionFrames && !complete)) {
+    while (!idle.empty()) {
+        const bool complete = track.isComplete();
+        const std::int64_t count = std::min(PORTION_FRAMES, track.getDecoded() - next);
+        if (count <= 0 || (count < PORTION_FRAMES && !complete)) {
             return;
         }
-        const ALuint buffer = free_.back();
-        track_.copy(next_, static_cast<std::size_t>(count), portion_.data());
-        alBufferData(buffer, AL_FORMAT_STEREO16, portion_.data(), static_cast<ALsizei>(count * sizeof(Frame)),
-                     static_cast<ALsizei>(track_.rate()));
-        alSourceQueueBuffers(source_, 1, &buffer);
-        free_.pop_back();
-        next_ += count;
+        const ALuint buffer = idle.back();
+        track.copy(next, static_cast<std::size_t>(count), portion.data());
+        alBufferData(buffer, AL_FORMAT_STEREO16, portion.data(), static_cast<ALsizei>(count * sizeof(Frame)),
+                     static_cast<ALsizei>(track.getRate()));
+        alSourceQueueBuffers(source, 1, &buffer);
+        idle.pop_back();
+        next += count;
     }
 }
 
 void Voice::measure() {
     // The frame being mixed, in units of 2^-32, and the nanoseconds until it is heard.
     std::array<ALint64SOFT, 2> mixed{};
-    alGetSourcei64vSOFT(source_, AL_SAMPLE_OFFSET_LATENCY_SOFT, mixed.data());
-    const double frame = static_cast<double>(first_) + static_cast<double>(mixed[0]) / 4294967296.0;
-    const double microseconds = frame * 1e6 / static_cast<double>(track_.rate());
-    heard_ = static_cast<std::int64_t>(microseconds) - mixed[1] / 1000;
-    measured_ = true;
+    alGetSourcei64vSOFT(source, AL_SAMPLE_OFFSET_LATENCY_SOFT, mixed.data());
+    const double frame = static_cast<double>(first) + static_cast<double>(mixed[0]) / 4294967296.0;
+    const double microseconds = frame * 1e6 / static_cast<double>(track.getRate());
+    heard = static_cast<std::int64_t>(microseconds) - mixed[1] / 1000;
+    measured = true;
 }
 
 void Voice::report() {
-    if (measured_) {
-        channel_->follow(heard_, jumps_);
+    if (measured) {
+        channel->follow(heard, jumps);
     }
 }
 

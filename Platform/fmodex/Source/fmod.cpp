@@ -20,33 +20,33 @@ using fmodex::require;
 using fmodex::System;
 using fmodex::Track;
 
-constexpr int mostChannels = 4096;
-constexpr int leastEntries = 64;
-constexpr int mostEntries = 8192;
-constexpr FMOD_MODE modes =
+constexpr int MOST_CHANNELS = 4096;
+constexpr int LEAST_ENTRIES = 64;
+constexpr int MOST_ENTRIES = 8192;
+constexpr FMOD_MODE MODES =
     FMOD_LOOP_OFF | FMOD_2D | FMOD_SOFTWARE | FMOD_CREATESAMPLE | FMOD_ACCURATETIME | FMOD_UNIQUE;
 
 fmodex::Sounds sounds;
 fmodex::Channels channels;
 fmodex::Registry<FMOD_SYSTEM, System> systems;
 
-// Does something and says how it went: nothing is thrown at a program that may be written in C.
+/// Does something and says how it went: nothing is thrown at a program that may be written in C.
 template <typename Action>
 FMOD_RESULT attempt(const Action& action) noexcept {
     try {
         action();
         return FMOD_OK;
     } catch (const Error& error) {
-        return error.result();
+        return error.getResult();
     } catch (const std::exception&) {
         return FMOD_ERR_MEMORY;
     }
 }
 
-// A channel that is not over. Throws FMOD_ERR_HANDLE.
+/// A channel that is not over. Throws FMOD_ERR_HANDLE.
 std::shared_ptr<Channel> playing(FMOD_CHANNEL* handle) {
     std::shared_ptr<Channel> channel = channels.find(handle);
-    if (channel->over()) {
+    if (channel->isOver()) {
         channels.drop(handle);
         throw Error(FMOD_ERR_HANDLE);
     }
@@ -54,10 +54,10 @@ std::shared_ptr<Channel> playing(FMOD_CHANNEL* handle) {
 }
 
 unsigned int lengthOf(const Track& track) {
-    return static_cast<unsigned int>(track.length() * 1000 / track.rate());
+    return static_cast<unsigned int>(track.getLength() * 1000 / track.getRate());
 }
 
-// How much of a UTF-8 text fits into so many bytes, without cutting a character.
+/// How much of a UTF-8 text fits into so many bytes, without cutting a character.
 std::size_t fitting(const std::string& text, std::size_t bytes) {
     std::size_t size = std::min(text.size(), bytes);
     while (size > 0 && size < text.size() && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) {
@@ -82,7 +82,7 @@ FMOD_RESULT FMOD_System_Init(FMOD_SYSTEM* system, int maxchannels, FMOD_INITFLAG
                              void* extradriverdata) {
     return attempt([=] {
         const std::shared_ptr<System> found = systems.find(system);
-        require(maxchannels >= 1 && maxchannels <= mostChannels && flags == FMOD_INIT_NORMAL);
+        require(maxchannels >= 1 && maxchannels <= MOST_CHANNELS && flags == FMOD_INIT_NORMAL);
         require(extradriverdata == nullptr);
         found->init(maxchannels);
     });
@@ -92,7 +92,7 @@ FMOD_RESULT FMOD_System_CreateStream(FMOD_SYSTEM* system, const char* name, FMOD
                                      FMOD_CREATESOUNDEXINFO* exinfo, FMOD_SOUND** sound) {
     return attempt([=] {
         const std::shared_ptr<System> found = systems.find(system);
-        require(name != nullptr && sound != nullptr && (mode & ~modes) == 0 && exinfo == nullptr);
+        require(name != nullptr && sound != nullptr && (mode & ~MODES) == 0 && exinfo == nullptr);
         *sound = found->open(name);
     });
 }
@@ -134,8 +134,8 @@ FMOD_RESULT FMOD_Sound_GetName(FMOD_SOUND* sound, char* name, int namelength) {
     return attempt([=] {
         const std::shared_ptr<Track> track = sounds.find(sound);
         require(name != nullptr && namelength >= 1);
-        const std::size_t size = fitting(track->name(), static_cast<std::size_t>(namelength) - 1);
-        std::copy_n(track->name().data(), size, name);
+        const std::size_t size = fitting(track->getName(), static_cast<std::size_t>(namelength) - 1);
+        std::copy_n(track->getName().data(), size, name);
         name[size] = '\0';
     });
 }
@@ -144,7 +144,7 @@ FMOD_RESULT FMOD_Channel_GetPaused(FMOD_CHANNEL* channel, FMOD_BOOL* paused) {
     return attempt([=] {
         const std::shared_ptr<Channel> found = playing(channel);
         require(paused != nullptr);
-        *paused = found->paused() ? 1 : 0;
+        *paused = found->isPaused() ? 1 : 0;
     });
 }
 
@@ -171,12 +171,12 @@ FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* spectrum, int
     const FMOD_RESULT result = attempt([=] {
         const std::shared_ptr<Channel> found = playing(channel);
         const bool powerOfTwo = numvalues > 0 && (numvalues & (numvalues - 1)) == 0;
-        require(spectrum != nullptr && powerOfTwo && numvalues >= leastEntries && numvalues <= mostEntries);
+        require(spectrum != nullptr && powerOfTwo && numvalues >= LEAST_ENTRIES && numvalues <= MOST_ENTRIES);
         require(channeloffset == 0 && window == FMOD_DSP_FFT_WINDOW_TRIANGLE);
-        found->spectrum(spectrum, numvalues);
+        found->getSpectrum(spectrum, numvalues);
     });
-    if (result != FMOD_OK && spectrum != nullptr && numvalues >= 1 && numvalues <= mostEntries) {
-        std::fill_n(spectrum, numvalues, 0.0F);
+    if (result != FMOD_OK && spectrum != nullptr && numvalues >= 1 && numvalues <= MOST_ENTRIES) {
+        std::fill_n(spectrum, numvalues, 0.0f);
     }
     return result;
 }
@@ -185,14 +185,14 @@ FMOD_RESULT FMOD_Channel_GetPosition(FMOD_CHANNEL* channel, unsigned int* positi
     return attempt([=] {
         const std::shared_ptr<Channel> found = playing(channel);
         require(position != nullptr && unit == FMOD_TIMEUNIT_MS);
-        *position = static_cast<unsigned int>(found->position() / 1000);
+        *position = static_cast<unsigned int>(found->getPosition() / 1000);
     });
 }
 
 FMOD_RESULT FMOD_Channel_SetPosition(FMOD_CHANNEL* channel, unsigned int position, FMOD_TIMEUNIT unit) {
     return attempt([=] {
         const std::shared_ptr<Channel> found = playing(channel);
-        require(unit == FMOD_TIMEUNIT_MS && position <= lengthOf(found->track()));
+        require(unit == FMOD_TIMEUNIT_MS && position <= lengthOf(found->getTrack()));
         found->setPosition(static_cast<std::int64_t>(position) * 1000);
     });
 }

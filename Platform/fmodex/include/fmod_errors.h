@@ -1,10 +1,10 @@
-/* The results of the sound layer in words. */
+// The results of the sound layer in words.
 #ifndef FMOD_ERRORS_H
 #define FMOD_ERRORS_H
 
 #include "fmod.h"
 
-/* Puts a result into an English sentence, which lives for ever. Values that are no result have one too. */
+/// Puts a result into an English sentence, which lives for ever. Values that are no result have one too.
 static inline const char* FMOD_ErrorString(FMOD_RESULT result) {
     switch (result) {
     case FMOD_OK:
