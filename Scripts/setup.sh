@@ -2,28 +2,37 @@
 # Sourced by bash, from any current directory.
 set -euo pipefail
 
-root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+# The place itself, whatever links lead there: the build knows it by that name.
+root=$(cd -P "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 build_folder=$root/build
+
+# What libraries keep for their next start, compiled shaders above all, stays in the build folder.
+export XDG_CACHE_HOME=$build_folder/cache
 
 say() { printf '%s\n' "$*" >&2; }
 
-# The packages of the given kinds (see Scripts/packages) that this machine lacks.
-missing_packages() {
+# The packages of the given kinds (see Scripts/packages).
+packages() {
     local kind package
     while read -r kind package; do
-        [[ " $* " == *" $kind "* ]] || continue
+        [[ " $* " != *" $kind "* ]] || printf '%s\n' "$package"
+    done < <(grep -v '^#' "$root/Scripts/packages")
+}
+
+# Those of them that this machine lacks.
+missing_packages() {
+    local package
+    for package in $(packages "$@"); do
         [[ $(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null) == installed ]] ||
             printf '%s\n' "$package"
-    done < <(grep -v '^#' "$root/Scripts/packages")
+    done
 }
 
 # Installs what is missing of the given kinds. Without apt it names the packages and goes on: the build tells.
 need_packages() {
     local -a missing become_root=()
     if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
-        say "No apt here; if the build fails, install the likes of these Debian packages:" \
-            "$(grep -v '^#' "$root/Scripts/packages" | while read -r kind package; do
-                [[ " $* " == *" $kind "* ]] && printf '%s ' "$package"; done; true)"
+        say "No apt here; if the build fails, install the likes of these Debian packages:" $(packages "$@")
         return 0
     fi
     mapfile -t missing < <(missing_packages "$@")
@@ -48,10 +57,10 @@ need_packages() {
 # Configures (once) and builds the given targets, all of them if none is named; silent unless it fails.
 build() {
     local log=$build_folder/build.log
-    # A build folder that came along with a moved or copied checkout is of no use to cmake.
+    # What cmake left in a checkout that was moved or copied since is of no use to it; a recorded video stays.
     if [[ -f $build_folder/CMakeCache.txt ]] &&
-        ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$build_folder/CMakeCache.txt"; then
-        rm -rf "$build_folder"
+        ! [[ $(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$build_folder/CMakeCache.txt") -ef $root ]]; then
+        find "$build_folder" -mindepth 1 -maxdepth 1 ! -name '*.mp4' -exec rm -rf {} +
     fi
     if [[ ! -f $build_folder/Makefile ]]; then
         say "Building Quelar, once"
@@ -60,6 +69,12 @@ build() {
         cmake -S "$root" -B "$build_folder" -G "Unix Makefiles" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
     fi
     cmake --build "$build_folder" -j "$(nproc)" ${1:+--target "$@"} >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+}
+
+# Whether anything here could be heard: a sound card, or a sound server, which may be another machine's.
+has_sound() {
+    compgen -G '/dev/snd/pcm*p' >/dev/null || [[ -S ${XDG_RUNTIME_DIR:-/nonexistent}/pulse/native ]] ||
+        [[ -n ${PULSE_SERVER:-} ]]
 }
 
 # Starts a virtual screen of the given size (640x480 by default), sets DISPLAY to it and ends it with the script.
