@@ -15,3 +15,10 @@ record_stills() {
     for moment; do stills+=(--still "$moment" "$folder/$moment.png"); done
     (cd "$root" && "${QUELAR_BUILD:-$root/build}/bin/quelar-record" --seed 42 --data "$data" --size "$size" "${stills[@]}")
 }
+
+# ring_profile FILE: how the light falls off in a picture, as the program of that name tells it.
+ring_profile() {
+    # shellcheck disable=SC2046 # two words
+    convert "$1" -alpha off -depth 8 rgb:- |
+        "${QUELAR_BUILD:-$root/build}/bin/ring_profile" $(identify -format '%w %h' "$1")
+}

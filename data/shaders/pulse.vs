@@ -6,6 +6,7 @@ uniform float fade;   // 0 black .. 1 full
 const float CLEAR = 12.0; // world units up to which nothing is lost from sight ...
 const float REACH = 55.0; // ... and where, in level flight, grey has sunk into the dark
 const float MARGIN = 3.0; // more than from one point of the lattice to the next
+const vec3 COLD = vec3(0.56, 0.78, 1.0); // grey in the dark
 
 void main() {
     vec4 eye = gl_ModelViewMatrix * gl_Vertex;
@@ -27,6 +28,16 @@ void main() {
     if (distance > reach + MARGIN) {
         gl_Position = vec4(2.0, 2.0, 2.0, 1.0); // dark, and so are its neighbours: nothing to draw
     }
-    vec3 light = gl_Color.rgb * (1.0 + 1.3 * beat * (1.0 - gl_Color.rgb));
+
+    // Grey is cold, blue in the dark and white only at full strength; what is near, or rises, is brighter. Other
+    // colours deepen.
+    float cold = smoothstep(0.75, 1.0, grey);
+    float rise = clamp(0.16 * gl_Vertex.y, 0.0, 0.8);
+    float close = 0.4 * (1.0 - smoothstep(3.0, 25.0, distance));
+    vec3 white = mix(COLD, vec3(1.0), smoothstep(0.4, 1.0, brightest + 0.4 * rise));
+    vec3 clear = (1.0 + rise + close) * white * gl_Color.rgb;
+    vec3 deep = (1.8 - 0.8 * brightest) * gl_Color.rgb * gl_Color.rgb / max(brightest, 0.001);
+    vec3 light = mix(deep, clear, cold);
+    light *= 1.0 + 1.3 * beat * (1.0 - gl_Color.rgb);
     gl_FrontColor = vec4(light * fade * sight * sight, gl_Color.a);
 }
