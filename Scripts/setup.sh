@@ -6,8 +6,14 @@ set -euo pipefail
 root=$(cd -P "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 build_folder=$root/build
 
-# What libraries keep for their next start, compiled shaders above all, stays in the build folder.
+# What libraries keep for their next start stays in the build folder: compiled shaders, and what a client of the
+# sound server leaves at home, where none has been yet. (One thing is out of reach: where a second sound server's
+# library is installed, it lays a list of its clients in shared memory, /dev/shm, until the machine restarts.)
 export XDG_CACHE_HOME=$build_folder/cache
+if [[ ! -e ${XDG_CONFIG_HOME:-${HOME:-/nonexistent}/.config}/pulse ]]; then
+    export PULSE_COOKIE=${PULSE_COOKIE:-$XDG_CACHE_HOME/pulse-cookie}
+    [[ -n ${XDG_RUNTIME_DIR:-} ]] || export PULSE_RUNTIME_PATH=${PULSE_RUNTIME_PATH:-$XDG_CACHE_HOME/pulse}
+fi
 
 say() { printf '%s\n' "$*" >&2; }
 
@@ -62,10 +68,10 @@ build() {
         ! [[ $(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$build_folder/CMakeCache.txt") -ef $root ]]; then
         find "$build_folder" -mindepth 1 -maxdepth 1 ! -name '*.mp4' -exec rm -rf {} +
     fi
+    mkdir -p "$XDG_CACHE_HOME"
     if [[ ! -f $build_folder/Makefile ]]; then
         say "Building Quelar, once"
         rm -f "$build_folder/CMakeCache.txt"
-        mkdir -p "$build_folder"
         cmake -S "$root" -B "$build_folder" -G "Unix Makefiles" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
     fi
     cmake --build "$build_folder" -j "$(nproc)" ${1:+--target "$@"} >"$log" 2>&1 || { cat "$log" >&2; return 1; }

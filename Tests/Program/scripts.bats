@@ -1,22 +1,24 @@
-# The scripts at the top, with a stand-in for the build.
+# The scripts at the top, with stand-ins for the build, the tests' runner and Debian.
 
 bats_require_minimum_version 1.5.0
 
 setup() {
     top="$BATS_TEST_TMPDIR/a place with spaces"
     mkdir -p "$top" "$BATS_TEST_TMPDIR/bin" "$BATS_TEST_TMPDIR/elsewhere"
-    cp -R "$BATS_TEST_DIRNAME/../../"{play,Scripts} "$top"
+    cp -R "$BATS_TEST_DIRNAME/../../"{play,record,test,Scripts} "$top"
     cd "$BATS_TEST_TMPDIR/elsewhere"
     PATH=$BATS_TEST_TMPDIR/bin:$PATH
     # every package is there
     command_is dpkg-query 'echo installed'
-    # configuring leaves what is made of it, building leaves a program that tells where it was started
+    # configuring leaves what is made of it, building leaves a program that tells how it was started
     command_is cmake 'folder=$4 && [[ $1 == -S ]] && mkdir -p "$folder" && : >"$folder/Makefile" &&
             echo "CMAKE_HOME_DIRECTORY:INTERNAL=$2" >"$folder/CMakeCache.txt" && echo configured >>../configured
-        folder=$2 && [[ $1 == --build ]] && mkdir -p "$folder/bin" && [[ " $* " == *" --target quelar"* ]] &&
-            printf "#!/bin/sh\npwd\nexit 7\n" >"$folder/bin/quelar" && chmod +x "$folder/bin/quelar"
+        folder=$2 && [[ $1 == --build ]] && mkdir -p "$folder/bin" && echo "$*" >"$folder/built" &&
+            printf "#!/bin/sh\necho \"started in \$PWD, caches in \$XDG_CACHE_HOME: \$*\"\nexit 7\n" |
+            tee "$folder/bin/quelar" >"$folder/bin/quelar-record" && chmod +x "$folder/bin/"*
         true'
     export DISPLAY=:9
+    unset PULSE_SERVER XDG_RUNTIME_DIR
 }
 
 command_is() {
@@ -24,42 +26,108 @@ command_is() {
     chmod +x "$BATS_TEST_TMPDIR/bin/$1"
 }
 
-@test "play starts the program from the top and hands on its status" {
+# The top was configured so many times, in the test so far.
+configured() { [ "$(wc -l <../configured)" -eq "$1" ]; }
+
+@test "play: starts the program from the top and hands on its status" {
     run -7 --separate-stderr "$top/play"
-    [ "$output" = "$top" ]
-    # once configured, again only when the folder was moved
-    run -7 "$top/play"
-    [ "$(cat ../configured)" = configured ]
-    mv "$top" "$top too"
-    top+=' too'
-    run -7 --separate-stderr "$top/play"
-    [ "$output" = "$top" ]
-    [ "$(wc -l <../configured)" -eq 2 ]
+    [ "$output" = "started in $top, caches in $top/build/cache: " ]
+    [[ $(cat "$top/build/built") == *' --target quelar' ]]
     # all that was written is in the build folder
-    [ "$(cd "$top" && echo *)" = 'Scripts build play' ]
+    [ "$(cd "$top" && echo *)" = 'Scripts build play record test' ]
     [ -z "$(ls -A)" ]
 }
 
-@test "play shows why a build failed and starts nothing" {
-    "$top/play" || true
-    command_is cmake 'echo "main.cpp:1: error: broken"; exit 2'
-    run ! "$top/play"
-    [[ $output == *'main.cpp:1: error: broken'* ]]
-    [[ $output != *"$top"$'\n'* ]]
+@test "play: configures once, by whatever link it is called, and again when the checkout was moved" {
+    ln -s "$top" ../link
+    run -7 ../link/play
+    : >"$top/build/quelar.mp4"
+    : >"$top/build/object"
+    for place in "$top" "$BATS_TEST_TMPDIR/link"; do
+        run -7 "$place/play"
+        configured 1
+        [ -e "$top/build/object" ]
+    done
+    mv "$top" "$top too"
+    run -7 --separate-stderr "$top too/play"
+    [[ $output == "started in $top too,"* ]]
+    configured 2
+    # what was built is gone, what was recorded is not
+    [ ! -e "$top too/build/object" ]
+    [ -e "$top too/build/quelar.mp4" ]
 }
 
-@test "play records where there is no screen" {
+@test "play: shows why a build failed and starts nothing" {
+    run -7 "$top/play"
+    command_is cmake 'echo "main.cpp:1: error: broken"; exit 2'
+    run -1 "$top/play"
+    [[ $output == *'main.cpp:1: error: broken'* ]]
+    [[ $output != *started* ]]
+    rm "$top/build/Makefile"
+    run -1 "$top/play"
+    [[ $output != *started* ]]
+}
+
+@test "play: records where there is no screen" {
     printf '#!/bin/sh\necho "record: $*"\nexit 5\n' >"$top/record"
-    chmod +x "$top/record"
     DISPLAY='' run -5 --separate-stderr "$top/play"
     [ "$output" = "record: $top/build/quelar.mp4" ]
     [[ $stderr == *"$top/build/quelar.mp4"* ]]
 }
 
-@test "packages that are missing are named where they cannot be installed" {
-    command_is dpkg-query '[[ $3 != libsdl1.2-dev && $3 != ffmpeg ]] && echo installed'
+@test "play: says that nothing will be heard where that is so" {
+    local silent='There is no sound device here: the show runs silent'
+    sed -i "s:/dev/snd:$BATS_TEST_TMPDIR/snd:" "$top/Scripts/setup.sh"
+    mkdir -p "$BATS_TEST_TMPDIR/"{snd,run/pulse}
+    : >"$BATS_TEST_TMPDIR/snd/pcmC0D0c" # a microphone
+    run -7 --separate-stderr "$top/play"
+    [[ $stderr == *"$silent" ]]
+    : >"$BATS_TEST_TMPDIR/snd/pcmC0D0p"
+    run -7 --separate-stderr "$top/play"
+    [ -z "$stderr" ]
+    rm "$BATS_TEST_TMPDIR/snd/pcmC0D0p"
+    PULSE_SERVER=elsewhere run -7 --separate-stderr "$top/play"
+    [ -z "$stderr" ]
+    XDG_RUNTIME_DIR=$BATS_TEST_TMPDIR/run run -7 --separate-stderr "$top/play"
+    [ "$stderr" = "$silent" ]
+    # a path to a socket must be short
+    cd "$BATS_TEST_TMPDIR/run/pulse"
+    perl -MIO::Socket::UNIX -e 'IO::Socket::UNIX->new(Local => "native", Listen => 1) or die'
+    XDG_RUNTIME_DIR=$BATS_TEST_TMPDIR/run run -7 --separate-stderr "$top/play"
+    [ -z "$stderr" ]
+}
+
+@test "record: starts the recorder where it is called, with the show's data" {
+    DISPLAY='' run -7 --separate-stderr "$top/record" --size 64x48 'a film.mp4'
+    [ "$output" = "started in $PWD, caches in $top/build/cache: --data $top/data --size 64x48 a film.mp4" ]
+    [[ $(cat "$top/build/built") == *' --target quelar-record' ]]
+    [[ $stderr != *sound* ]]
+}
+
+@test "test: runs the tests that are asked for, of everything built" {
+    command_is ctest 'echo "in $PWD: $*"; exit 8'
+    run -8 --separate-stderr "$top/test" -R Grid
+    [ "$output" = "in $top/build: --output-on-failure -j $(nproc) -R Grid" ]
+    [[ $(cat "$top/build/built") != *--target* ]]
+}
+
+@test "packages: what is missing of a script's own is installed, by whoever may" {
+    command_is dpkg-query '[[ $3 != libsdl1.2-dev && $3 != ffmpeg && $3 != bats ]] && echo installed'
+    command_is apt-get 'echo "$*" >>../apt'
+    command_is sudo '"$@"'
+    run -7 "$top/play"
+    [ "$(cat ../apt)" = 'update
+install -y --no-install-recommends libsdl1.2-dev ffmpeg' ]
     command_is apt-get 'echo "E: no such package"; exit 100'
-    command_is sudo 'exec "$@"'
-    run ! "$top/play"
-    [[ $output == *'libsdl1.2-dev ffmpeg'* && $output == *'E: no such package'* ]]
+    run -1 "$top/play"
+    [[ $output == *'libsdl1.2-dev ffmpeg'* && $output == *'E: no such package'* && $output != *started* ]]
+}
+
+@test "packages: without apt they are named, and the build is tried" {
+    for tool in bash dirname cat chmod find grep mkdir nproc rm sed tee wc; do
+        ln -s "$(command -v "$tool")" "$BATS_TEST_TMPDIR/bin"
+    done
+    run -7 --separate-stderr env PATH="$BATS_TEST_TMPDIR/bin" "$top/play"
+    [[ ${stderr_lines[0]} == *' g++ '*' ffmpeg' ]]
+    [[ ${stderr_lines[0]} != *bats* ]]
 }
