@@ -18,14 +18,14 @@ install_and_move() {
 
 # The command plays and the other one records, here and without an environment.
 plays_and_records() {
-    play_show env -i DISPLAY="$DISPLAY" "$1"
+    play_show bare "$1"
     ran </dev/null
-    env -i "$1-record" --size 16x16 --to 0.1 - >frames
+    bare "$1-record" --size 16x16 --to 0.1 - >frames
     [ "$(wc -c <frames)" -ge $((16 * 16 * 3)) ]
     [ "$(ls)" = frames ]
 }
 
-@test "the system's commands play and record from anywhere" {
+@test "system: its commands play and record from anywhere" {
     install_and_move system
     plays_and_records "$place/games/quelar"
     ln -s "$place/games/quelar" ../linked
@@ -38,7 +38,7 @@ plays_and_records() {
     gzip -dc "$man/quelar.6.gz" | grep -q '^\.SH NAME'
 }
 
-@test "the archive plays and records where it was unpacked" {
+@test "archive: plays and records where it was unpacked" {
     install_and_move archive
     plays_and_records "$place/quelar"
     [ "$(cd "$place" && echo *)" = 'LICENSE data file_id.diz programs quelar quelar-record quelar.nfo' ]
@@ -46,4 +46,16 @@ plays_and_records() {
     # a diz fits into 45 columns, a nfo into 80
     run ! grep -qE '^.{46}' "$place/file_id.diz"
     run ! grep -qE '^.{81}' "$place/quelar.nfo"
+}
+
+@test "archive: names the packages that its programs are linked with" {
+    command -v dpkg-query >/dev/null || skip "nobody here knows packages"
+    install_and_move archive
+    listed() { (source "$root/Scripts/setup.sh" && packages "$@") | sort; }
+    # Debian itself is not without the libraries of the language
+    readelf -d "$place"/programs/* | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' | grep -v libfmodex64 | sort -u |
+        while read -r library; do dpkg-query -S "*/x86_64-linux-gnu/$library"; done | cut -d : -f 1 | sort -u |
+        grep -vx -e libc6 -e libgcc-s1 -e libstdc++6 | is <(listed linked)
+    sed -n '/apt install/,/^$/p' "$place/quelar.nfo" | tr -d '\\\n' | xargs -n 1 | tail -n +3 | sort |
+        is <(listed linked recommended)
 }

@@ -16,6 +16,9 @@ open_screen() {
 
 close_screen() { kill "$screen_pid"; }
 
+# Runs a command in no environment but a screen, and a home where libraries leave what they like.
+bare() { env -i DISPLAY="$DISPLAY" HOME="$BATS_TEST_TMPDIR" "$@"; }
+
 # Makes the current directory one to start the show from: a copy of its data, to be changed at will.
 stage() {
     mkdir -p "$BATS_TEST_TMPDIR/${1:-stage}"
@@ -31,6 +34,9 @@ launch() {
     timeout -k 1 60 "$@" >"$out" 2>"$err" 3>&- &
     pid=$!
 }
+
+# The show's own process; the one started is what limits its time.
+show_process() { pgrep -P "$pid"; }
 
 running() { kill -0 "$pid" 2>/dev/null; }
 
@@ -66,8 +72,9 @@ play_show() {
     if running; then escape; else await_end; fi
 }
 
-# After a test that failed half-way: ends the show, which does not heed a polite signal, and lets go of the key.
+# After a test that failed half-way: the screen answers again, the show is over, the key is let go of.
 stop_show() {
+    kill -CONT "$screen_pid"
     [ -z "${pid:-}" ] || ! running || pkill -KILL -P "$pid" || true
     xdotool keyup Escape
 }
