@@ -115,9 +115,10 @@ void Track::readName(const std::string& path) {
     mpg123_id3v1* v1 = nullptr;
     mpg123_id3v2* v2 = nullptr;
     if (mpg123_id3(decoder.get(), &v1, &v2) == MPG123_OK) {
-        if (v2 != nullptr && v2->title != nullptr && v2->title->fill > 0) {
+        if (v2 != nullptr && v2->title != nullptr) {
             name = text(v2->title->p, v2->title->fill);
-        } else if (v1 != nullptr) {
+        }
+        if (name.empty() && v1 != nullptr) {
             name = fromLatin1(text(v1->title, sizeof v1->title));
         }
     }

@@ -32,6 +32,7 @@ Voice::~Voice() {
 }
 
 bool Voice::update() {
+    measured = false;
     const Channel::Order order = channel->getOrder();
     if (order.over) {
         return false;

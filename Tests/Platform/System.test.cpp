@@ -1,19 +1,24 @@
-// What is refused, and in which order things may be given back.
+// The C interface: what is refused, in which order things may be given back, and how tracks are played.
 
 #include "Player.h"
+#include "Room.h"
 
+#include <fmod_errors.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <set>
 #include <string>
+#include <thread>
 #include <tuple>
 #include <utility>
 #include <vector>
 
 using testing::AllOf;
 
-TEST(Handles, ThatAreNullForeignOrOverAreRefusedByEveryCall) {
+TEST(Handle, IsRefusedByEveryCallWhenNullForeignOrOver) {
     const std::string tone = encode("tone.mp3", sineLeft(1000), 44100);
     const char* const path = tone.c_str();
     const Player player;
@@ -81,7 +86,7 @@ TEST(Handles, ThatAreNullForeignOrOverAreRefusedByEveryCall) {
     }
 }
 
-TEST(Handles, MayBeGivenBackInAnyOrder) {
+TEST(Handle, MayBeGivenBackInAnyOrder) {
     const std::string tone = encode("tone.mp3", sineLeft(1000), 44100);
     for (int order = 0; order < 8; ++order) {
         const Player player(order < 4 ? supplied : REAL_TIME);
@@ -103,4 +108,90 @@ TEST(Handles, MayBeGivenBackInAnyOrder) {
         EXPECT_EQ(FMOD_Sound_Release(sound), FMOD_ERR_HANDLE);
         EXPECT_EQ(position(channel), OVER);
     }
+}
+
+TEST(Error, IsPutIntoWords) {
+    int result = 0;
+    for (const char* const word :
+         {"well", "handle", "argument", "not been initialised", "initialised before", "memory", "not exist",
+          "cannot be read", "folder", "empty", "not an MP3", "busy", "unknown"}) {
+        EXPECT_THAT(FMOD_ErrorString(static_cast<FMOD_RESULT>(result++)), testing::HasSubstr(word));
+    }
+}
+
+TEST(System, GoesExactlyByTheClockAndStopsAtTheEnd) {
+    // One second and a bit: the last sample ends 1012290.2 us after the first began.
+    const Player player;
+    FMOD_SOUND* const sound = player.load(encode("tone.mp3", sineLeft(1000), 44642));
+    EXPECT_EQ(length(sound), 1012U) << "rounded down";
+    FMOD_CHANNEL* const channel = player.play(sound);
+    for (const int count : {-1, 0, 5}) {
+        EXPECT_EQ(FMOD_Channel_SetLoopCount(channel, count), FMOD_OK) << "but it plays once";
+    }
+    // Whether to pause, where to go unless it is 0, the time that then passes, and where that leads.
+    using Step = std::tuple<int, unsigned, unsigned long long, unsigned>;
+    for (const auto& [pause, jump, time, expected] :
+         {Step(0, 0, 999, 0), Step(0, 0, 499001, 500), Step(7, 0, 3600000000, 500), Step(0, 0, 1000, 501),
+          Step(0, 100, 2000, 102), Step(1, 1000, 2000, 1000), Step(1, 1013, 0, 1000), Step(0, 0, 12290, 1012),
+          Step(0, 0, 1, OVER)}) {
+        FMOD_BOOL paused = -1;
+        FMOD_Channel_SetPaused(channel, pause);
+        FMOD_Channel_GetPaused(channel, &paused);
+        EXPECT_EQ(paused, pause != 0 ? 1 : 0);
+        if (jump > 0) {
+            FMOD_Channel_SetPosition(channel, jump, FMOD_TIMEUNIT_MS);
+        }
+        now += time;
+        EXPECT_EQ(position(channel), expected);
+    }
+}
+
+TEST(System, PlaysAsManyTracksAsItHasChannelsApartFromOtherSystems) {
+    const std::string tone = encode("tone.mp3", sineLeft(1000), 44100);
+    const Player other;
+    FMOD_CHANNEL* const alone = other.play(tone);
+    now += 100000;
+    std::set<void*> handles{alone};
+    for (const int most : {2, 10}) {
+        const Player player(supplied, most);
+        FMOD_SOUND* const sound = player.load(tone);
+        FMOD_CHANNEL* const first = player.play(sound);
+        FMOD_CHANNEL* const second = player.play(sound, true);
+        for (int i = 2; i < most; ++i) {
+            EXPECT_TRUE(handles.insert(player.play(sound)).second) << "no handle is handed out twice";
+        }
+        FMOD_CHANNEL* none = nullptr;
+        EXPECT_EQ(FMOD_System_PlaySound(player.system, FMOD_CHANNEL_FREE, sound, 0, &none),
+                  FMOD_ERR_CHANNELS_BUSY);
+        EXPECT_EQ(none, nullptr);
+        now += 400000;
+        FMOD_Channel_SetPaused(first, 1);
+        FMOD_Channel_SetPaused(first, 0);
+        EXPECT_EQ(position(first), 400U) << "resumed, not started again";
+        EXPECT_EQ(position(second), 0U) << "it waits there";
+        EXPECT_EQ(FMOD_Channel_Stop(second), FMOD_OK);
+        FMOD_CHANNEL* const third = player.play(sound);
+        EXPECT_EQ(position(third), 0U) << "started afresh";
+        now += 600000;
+        EXPECT_NE(player.play(sound), nullptr) << "the first has come to its end";
+        EXPECT_EQ(player.play(sound) == nullptr, most == 2);
+        for (void* const handle : std::initializer_list<void*>{player.system, sound, first, second, third}) {
+            EXPECT_TRUE(handles.insert(handle).second);
+        }
+    }
+    FMOD_CHANNEL* const again = other.play(other.load(tone));
+    now += 1000;
+    EXPECT_EQ(position(again), 1U) << "other systems came and went";
+}
+
+TEST(System, RunsSilentAtItsTrueSpeedWithoutADevice) {
+    Room room;
+    room.hasDevice = false;
+    const Player player(REAL_TIME);
+    const auto begin = std::chrono::steady_clock::now();
+    FMOD_CHANNEL* const channel = player.play(encode("tone.mp3", sineLeft(1000), 4410));
+    while (position(channel) != OVER) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(100));
 }

@@ -1,0 +1,152 @@
+// Where a channel is, by a supplied clock and with a device that reports, and what is heard there.
+
+#include "Channel.h"
+
+#include "Player.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <complex>
+#include <memory>
+#include <random>
+#include <tuple>
+
+using namespace fmodex;
+
+/// How often this thread has taken something from the heap, in the program and in the layer alike.
+int allocations();
+
+static std::shared_ptr<const Track> toneOf(int samples, int rate = 44100) {
+    FMOD_Clock_Set(supplied);
+    const auto noise = [source = std::mt19937(1)](double /*time*/) mutable {
+        return Sample{static_cast<double>(source()) / std::mt19937::max() - 0.5, 0.5};
+    };
+    return std::make_shared<Track>(encode("noise.mp3", noise, samples, rate), true);
+}
+
+/// Entry k of the transform of some frames, by its definition.
+static double magnitude(const std::vector<Frame>& frames, int k) {
+    const double count = static_cast<double>(frames.size()) / 2;
+    std::complex<double> sum = 0;
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        const double weight = 1 - std::abs(static_cast<double>(i) - count) / count;
+        sum += weight * frames[i].left * std::polar(1.0, -M_PI * k * static_cast<double>(i) / count);
+    }
+    return std::abs(sum) * 2 / count / 32768;
+}
+
+TEST(Spectrum, IsTheTransformOfTheLeftUnderATriangle) {
+    std::mt19937 source(7);
+    for (const int count : {64, 512, 8192}) {
+        Spectrum spectrum(count);
+        std::vector<float> values(count + 1, -1);
+        for (int round = 0; round < 2; ++round) {
+            for (Frame& frame : spectrum.getFrames()) {
+                frame = {static_cast<std::int16_t>(source()), static_cast<std::int16_t>(source())};
+            }
+            spectrum.measure(values.data());
+            for (int k = 0; k < count; k += 1 + count / 600 * 511) {
+                EXPECT_NEAR(values[k], magnitude(spectrum.getFrames(), k), 1e-6) << count << ' ' << k;
+            }
+        }
+        EXPECT_EQ(values[count], -1) << "the one at half the rate";
+        for (std::size_t i = 0; i < spectrum.getFrames().size(); ++i) {
+            const double sine = 32767 * std::sin(M_PI * 20 * static_cast<double>(i) / count);
+            spectrum.getFrames()[i].left = static_cast<std::int16_t>(sine);
+        }
+        spectrum.measure(values.data());
+        EXPECT_NEAR(values[20], 1, 1e-3) << "a sine of full scale";
+    }
+}
+
+TEST(Channel, ShowsTheSpectrumAroundWhatIsHeardNow) {
+    for (const int rate : {44100, 22050}) {
+        const auto track = toneOf(rate, rate);
+        Channel channel(track, Clock(), false, false);
+        // There is silence around the track. The last place is a microsecond before its end.
+        for (const int place : {0, 1000, 499999, 999000, 999999}) {
+            channel.setPosition(place);
+            const std::int64_t centre = place * static_cast<std::int64_t>(rate) / 1000000;
+            for (const int count : {64, 512}) {
+                std::vector<Frame> frames(2L * count);
+                for (std::int64_t i = std::max<std::int64_t>(0, count - centre); i < 2 * count; ++i) {
+                    track->copy(centre - count + i, centre - count + i < rate ? 1 : 0, &frames[i]);
+                }
+                std::vector<float> values(count, -1);
+                channel.getSpectrum(values.data(), count);
+                for (int k = 0; k < count; k += 7) {
+                    ASSERT_NEAR(values[k], magnitude(frames, k), 1e-5) << place << ' ' << count << ' ' << k;
+                }
+                const int taken = allocations();
+                channel.getSpectrum(values.data(), count);
+                EXPECT_EQ(allocations(), taken);
+            }
+        }
+        for (const bool over : {false, true}) {
+            channel.setPaused(!over);
+            now += over ? 1 : 0;
+            std::vector<float> values(64, 7);
+            channel.getSpectrum(values.data(), 64);
+            EXPECT_THAT(values, testing::Each(0.0f)) << "paused, then over";
+            EXPECT_EQ(channel.isOver(), over);
+        }
+    }
+}
+
+TEST(Channel, GoesByTheClockAndIsKeptInStepWithTheDevice) {
+    Channel channel(toneOf(3 * 44100), Clock(), false, true);
+    const auto report = [&](std::int64_t place, std::uint64_t jumps = 0) {
+        return [&, place, jumps] { channel.follow(place, jumps); };
+    };
+    const auto jump = [&](std::int64_t place) { return [&, place] { channel.setPosition(place); }; };
+    const auto hold = [&] { channel.setPaused(true); };
+    const auto go = [&] { channel.setPaused(false); };
+    const auto starve = [&] { channel.wait(); };
+    const auto leave = [&] { channel.leaveDevice(); };
+    // What happens, the microseconds that then pass, and where that leads. A channel waits for the first
+    // report (and a device has not heard of a pause or jump yet when it reports another number of jumps). Of
+    // what the device is ahead or behind it takes a 64th, above 100 ms all; but it never runs backwards.
+    using Step = std::tuple<std::function<void()>, unsigned, std::int64_t>;
+    int row = 0;
+    for (const auto& [act, time, expected] : std::vector<Step>{{go, 50000, 0},
+                                                               {report(-30000), 20000, 0},
+                                                               {go, 30000, 20000},
+                                                               {report(26400), 0, 20100},
+                                                               {report(100100), 0, 21350},
+                                                               {report(121350), 0, 22912},
+                                                               {report(122913), 1000, 123913},
+                                                               {report(117513), 0, 123913},
+                                                               {go, 90, 123913},
+                                                               {go, 30, 123933},
+                                                               {report(23932), 50000, 123933},
+                                                               {go, 60000, 133932},
+                                                               {hold, 70000, 133932},
+                                                               {report(200000), 0, 133932},
+                                                               {hold, 0, 133932},
+                                                               {go, 70000, 133932},
+                                                               {report(133000), 1000, 134000},
+                                                               {jump(2000000), 30000, 2000000},
+                                                               {report(140000), 30, 2000000},
+                                                               {report(1999000, 1), 1500, 2000500},
+                                                               {starve, 5000, 2000500},
+                                                               {report(2000500, 1), 500, 2001000},
+                                                               {jump(100000), 30, 100000},
+                                                               {hold, 30, 100000},
+                                                               {jump(200000), 30, 200000},
+                                                               {report(7, 3), 30, 200000},
+                                                               {leave, 30, 200000},
+                                                               {go, 30, 200030},
+                                                               {go, 30, 200060},
+                                                               {leave, 40, 200100},
+                                                               {jump(2999000), 999, 2999999}}) {
+        act();
+        now += time;
+        EXPECT_EQ(channel.getPosition(), expected) << "row " << row;
+        ++row;
+    }
+    EXPECT_FALSE(channel.isOver());
+    now += 1;
+    EXPECT_TRUE(channel.isOver());
+}

@@ -1,0 +1,299 @@
+// What the sound device plays, and what becomes of the show without one.
+
+#include "Output.h"
+
+#include "Error.h"
+#include "Player.h"
+#include "Room.h"
+
+#include <AL/al.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <climits>
+#include <cstdio>
+#include <dlfcn.h>
+#include <memory>
+#include <thread>
+#include <utility>
+
+using namespace fmodex;
+
+namespace {
+
+/// A tone that gets higher and louder, so that no two moments look alike, and another one on the right.
+Sample rising(double time) {
+    return {(0.2 + 0.2 * time) * std::sin(2 * M_PI * (1000 + 500 * time) * time),
+            0.3 * std::sin(5000 * time)};
+}
+
+/// However long something takes, it must happen.
+bool happens(const std::function<bool()>& something) {
+    int patience = 20000;
+    while (!something() && --patience > 0) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return patience > 0;
+}
+
+std::shared_ptr<Channel> channelOf(const std::string& path, bool patient = true, bool paused = false) {
+    FMOD_Clock_Set(supplied);
+    const auto track = std::make_shared<Track>(path, patient);
+    if (patient) {
+        track->isOver(INT_MAX); // has been decoded then
+    }
+    return std::make_shared<Channel>(track, Clock(), paused, true);
+}
+
+/// Somebody in the room, while a channel plays.
+struct Listener {
+    explicit Listener(std::shared_ptr<Channel> played) : channel(std::move(played)) {
+        room.enter();
+        voice = std::make_unique<Voice>(channel);
+    }
+
+    /// Lets the device play on, by 10 ms each time. Returns whether the channel goes on.
+    bool steps(int count) {
+        for (; count > 0; --count) {
+            if (!voice->update()) {
+                return false;
+            }
+            voice->report();
+            const std::vector<Speakers> more = room.hear(441);
+            heard.insert(heard.end(), more.begin(), more.end());
+            now += 10000;
+        }
+        return true;
+    }
+
+    /// How many frames were heard as they stand in the track from the one numbered first, with quiet behind
+    /// it, all of them from the front. Forgets them.
+    long frames(std::int64_t first) {
+        std::vector<Frame> expected(heard.size());
+        channel->getTrack().copy(first, expected.size(), expected.data());
+        const auto same = [](const Speakers& speakers, const Frame& frame) {
+            return speakers == Speakers{frame.left, frame.right, 0, 0};
+        };
+        const auto end = std::mismatch(heard.begin(), heard.end(), expected.begin(), same).first;
+        const long count = end - heard.begin();
+        heard.clear();
+        return count;
+    }
+
+    Room room;
+    std::shared_ptr<Channel> channel;
+    std::unique_ptr<Voice> voice;
+    std::vector<Speakers> heard;
+};
+
+constexpr long SILENCE_FROM = 1000000000; ///< where no track has a frame
+
+} // namespace
+
+TEST(Voice, PlaysEveryFrameAtItsTimeWhateverTheRateAndTheWayToTheEar) {
+    for (const auto& [rate, latency] : {std::pair(44100, 30), std::pair(48000, 0), std::pair(22050, 300)}) {
+        const auto tone = sineLeft(50);
+        Listener listener(channelOf(encode("tone.mp3", tone, rate * 3 / 2, rate)));
+        listener.room.latency = latency * 1000000LL;
+        for (int time = 10; time < 1510 + latency; time += 10) {
+            ASSERT_TRUE(listener.steps(1)) << rate << ' ' << time;
+            ASSERT_NEAR(listener.channel->getPosition(), std::max(0, time - latency) * 1000, 20) << rate;
+        }
+        EXPECT_FALSE(listener.steps(2)) << "all has reached the ear";
+        for (int i = 2000; i < 64000; ++i) {
+            ASSERT_NEAR(listener.heard[i][0], 32767 * tone(i / 44100.0)[0], 1000) << rate << ' ' << i;
+        }
+        if (rate == 44100) {
+            EXPECT_EQ(listener.frames(0), 153 * 441);
+        }
+    }
+}
+
+TEST(Voice, DoesWhatItsChannelIsTold) {
+    Listener listener(channelOf(encode("rising.mp3", rising, 5 * 44100), true, true));
+    Channel& channel = *listener.channel;
+    EXPECT_TRUE(listener.steps(1));
+    EXPECT_EQ(listener.frames(SILENCE_FROM), 441) << "it starts paused";
+    channel.setPaused(false);
+    listener.steps(10);
+    EXPECT_EQ(listener.frames(0), 4410);
+    channel.setPaused(true);
+    listener.steps(10);
+    EXPECT_EQ(channel.getPosition(), 100000);
+    EXPECT_EQ(listener.frames(SILENCE_FROM), 4410);
+    channel.setPaused(false);
+    listener.steps(10);
+    EXPECT_EQ(listener.frames(4410), 4410) << "it goes on where it was held";
+    EXPECT_NEAR(channel.getPosition(), 200000, 2);
+    channel.setPosition(2000000);
+    listener.voice->report();
+    now += 1000;
+    EXPECT_EQ(channel.getPosition(), 2000000) << "the device has not been told yet";
+    listener.steps(10);
+    EXPECT_EQ(listener.frames(88200), 4410);
+    EXPECT_NEAR(channel.getPosition(), 2100000, 2);
+    // Nobody supplies the device for a second: it plays what it has, then waits. So does the channel in the
+    // end.
+    now += 1000000;
+    listener.heard = listener.room.hear(44100);
+    EXPECT_EQ(listener.frames(92610), 4 * 4096 - 4410) << "four portions, less what was played";
+    std::int64_t last = channel.getPosition();
+    for (int step = 0; step < 90; ++step) {
+        ASSERT_TRUE(listener.steps(1));
+        ASSERT_GE(channel.getPosition(), last) << "never backwards";
+        last = channel.getPosition();
+    }
+    EXPECT_EQ(listener.frames(88200 + 4 * 4096), 90 * 441);
+    EXPECT_NEAR(last, 2000000 + 4 * 4096 / 0.0441 + 900000, 2);
+    channel.stop();
+    EXPECT_FALSE(listener.steps(1));
+}
+
+TEST(Voice, WaitsForTheDecoder) {
+    const std::string path = encode("rising.mp3", rising, 44100);
+    decodable = 10;
+    Listener listener(channelOf(path, false));
+    const Track& track = listener.channel->getTrack();
+    EXPECT_TRUE(happens([&] { return decodable == 0 && track.getDecoded() > 8192; }));
+    EXPECT_TRUE(listener.steps(50));
+    EXPECT_EQ(listener.frames(0), 8192) << "whole portions only";
+    EXPECT_LE(listener.channel->getPosition(), 190000);
+    decodable = INT_MAX;
+    EXPECT_TRUE(happens([&] { return track.isComplete(); }));
+    EXPECT_TRUE(listener.steps(50));
+    EXPECT_EQ(listener.frames(8192), 50 * 441);
+}
+
+TEST(Voice, GivesBackWhatItTakes) {
+    const std::string path = encode("tone.mp3", sineLeft(500), 4410);
+    Room room;
+    room.enter();
+    const auto channel = channelOf(path);
+    ALuint before = 0;
+    alGenBuffers(1, &before);
+    alDeleteBuffers(1, &before);
+    ALuint source = 0;
+    ALuint last = 0;
+    while (alGenSources(1, &source), alGetError() == AL_NO_ERROR) {
+        last = source;
+    }
+    EXPECT_THROW(Voice{channel}, Error) << "the device takes no more";
+    alDeleteSources(1, &last);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(Voice(channel).update());
+    }
+    ALuint after = 0;
+    alGenBuffers(1, &after);
+    EXPECT_EQ(after, before);
+}
+
+/// Whether a channel goes by the clock alone. One that is on the device waits there to be let go on.
+static bool hasLeft(Channel& channel) {
+    channel.setPosition(500000);
+    channel.setPaused(true);
+    channel.setPaused(false);
+    now += 7;
+    return channel.getPosition() == 500007;
+}
+
+TEST(Output, IsLeftWhenItIsLostAndTheShowGoesOn) {
+    const std::string path = encode("rising.mp3", rising, 44100);
+    Room room;
+    const auto channel = channelOf(path);
+    const auto waiting = channelOf(path);
+    const auto late = channelOf(path);
+    std::unique_ptr<Output> output;
+    std::atomic<bool> failing{false};
+    bool failed = false;
+    room.isConnected = [&] {
+        if (failed) {
+            output->play(waiting);
+        } else if (failing) {
+            room.hear(20000); // what a lost device says of where it is means nothing
+        }
+        return !std::exchange(failed, failing);
+    };
+    output = Output::open();
+    output->play(channel);
+    EXPECT_TRUE(happens([&] { return room.hear(441)[100][0] != 0; })) << "it is heard";
+    EXPECT_FALSE(hasLeft(*waiting));
+    const std::int64_t place = channel->getPosition();
+    failing = true;
+    EXPECT_TRUE(happens([&] { return hasLeft(*waiting); })) << "it was about to be played";
+    EXPECT_LT(channel->getPosition(), place + 400000);
+    EXPECT_TRUE(hasLeft(*channel));
+    output->play(late);
+    EXPECT_TRUE(hasLeft(*late));
+}
+
+TEST(Output, PlaysOnUnheardWhatTheDeviceDoesNotTake) {
+    const auto track = std::make_shared<Track>(encode("tone.mp3", sineLeft(500), 44100), true);
+    const Room room;
+    const auto output = Output::open();
+    std::vector<std::shared_ptr<Channel>> channels;
+    for (int i = 0; i < 300; ++i) {
+        channels.push_back(std::make_shared<Channel>(track, Clock(), false, true));
+        output->play(channels.back());
+    }
+    EXPECT_TRUE(happens([&] { return hasLeft(*channels.back()); }));
+}
+
+/// ALSA has something to complain about: there is no device of that name.
+static void provoke(void* alsa) {
+    using Open = int (*)(void**, const char*, int, int);
+    const auto open = reinterpret_cast<Open>(alsa != nullptr ? ::dlsym(alsa, "snd_pcm_open") : nullptr);
+    void* device = nullptr;
+    if (open == nullptr || open(&device, "nothing", 0, 0) == 0) {
+        std::fputs("ALSA lib is missing, or has a device called nothing", stderr);
+    }
+}
+
+/// A whole track in real time, as the show plays it. Ends the process.
+static void playInRealTime(const char* drivers) {
+    ::setenv("ALSOFT_DRIVERS", drivers, 1);
+    ::setenv("ALSOFT_LOGLEVEL", "1", 1); // OpenAL tells of devices that were left open
+    ::setenv("ALSA_CONFIG_PATH", "/nowhere", 1);
+    void* const alsa = ::dlopen("libasound.so.2", RTLD_LAZY);
+    constexpr int RATE = 48000;
+    const std::string track = encode("rising.mp3", rising, RATE * 3 / 2, RATE);
+    {
+        const Player player(REAL_TIME);
+        FMOD_SOUND* const sound = player.load(track);
+        const auto begin = std::chrono::steady_clock::now();
+        FMOD_CHANNEL* const channel = player.play(sound);
+        unsigned int last = 0;
+        for (;;) {
+            const unsigned int before = position(channel);
+            const std::vector<float> values = spectrum(channel);
+            const unsigned int after = position(channel);
+            const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - begin;
+            if (after == OVER) {
+                EXPECT_GE(time.count(), 1499);
+                break;
+            }
+            EXPECT_LE(last, before) << "never backwards";
+            EXPECT_LE(after, time.count()) << "never ahead of the time";
+            const auto loudest = std::max_element(values.begin(), values.end());
+            if (*loudest > 0.1f) {
+                EXPECT_GT(loudest - values.begin(), (1000 + before) * 1024.0 / RATE - 3);
+                EXPECT_LT(loudest - values.begin(), (1000 + after) * 1024.0 / RATE + 3);
+            }
+            last = after;
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        if (drivers == std::string("null")) {
+            provoke(alsa);
+        }
+    }
+    std::fputs("Closed. ", stderr);
+    provoke(alsa);
+    std::exit(testing::Test::HasFailure() ? EXIT_FAILURE : EXIT_SUCCESS);
+}
+
+// In processes of their own, because a process looks for its sound devices once.
+TEST(Output, SetsThePaceQuietlyAndIsNotNeeded) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(playInRealTime("null"), testing::ExitedWithCode(0), "^Closed. ALSA lib");
+    EXPECT_EXIT(playInRealTime("alsa"), testing::ExitedWithCode(0), "^Closed. ALSA lib");
+}

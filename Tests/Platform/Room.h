@@ -1,0 +1,40 @@
+#pragma once
+
+#include <AL/alc.h>
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+/// What comes from front left, front right, rear left and rear right: -32768..32767.
+using Speakers = std::array<long, 4>;
+
+/// While one lives, the sound device is the mixer of OpenAL alone, which plays on when told to, into a room
+/// where one can listen.
+class Room {
+public:
+    Room() { present = this; }
+    Room(const Room&) = delete;
+    Room& operator=(const Room&) = delete;
+    ~Room();
+
+    /// Opens the device for this thread; it is closed with the room.
+    void enter();
+
+    /// Plays so many frames on, 44100 a second, and returns what they sound like.
+    std::vector<Speakers> hear(int frames) const;
+
+    static Room* present;
+    bool hasDevice = true;
+    std::function<bool()> isConnected = [] { return true; }; ///< asked by the thread of the device
+    std::int64_t latency = 0;                                ///< nanoseconds from the mixer to the ear
+    ALCdevice* device = nullptr;
+
+private:
+    ALCcontext* context = nullptr;
+};
+
+/// How many more frames the decoder may go on to before it is kept waiting.
+extern std::atomic<int> decodable;
