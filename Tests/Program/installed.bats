@@ -18,9 +18,9 @@ install_and_move() {
 
 # The command plays and the other one records, here and without an environment.
 plays_and_records() {
-    play_show bare "$1"
+    play_show "${bare[@]}" "$1"
     ran </dev/null
-    bare "$1-record" --size 16x16 --to 0.1 - >frames
+    "${bare[@]}" "$1-record" --size 16x16 --to 0.1 - >frames
     [ "$(wc -c <frames)" -ge $((16 * 16 * 3)) ]
     [ "$(ls)" = frames ]
 }

@@ -174,7 +174,7 @@ unreadable() { printf "Erreur d'ouverture du fichier: 'data/shaders/%s'\\\\n" "$
     stage "another's folder, a strange one"
     chmod -R a-w .
     ls -lRA --full-time >"$BATS_TEST_TMPDIR/before"
-    play_show bare "$program"
+    play_show "${bare[@]}" "$program"
     ran </dev/null
     ls -lRA --full-time | is "$BATS_TEST_TMPDIR/before"
     chmod -R u+w .

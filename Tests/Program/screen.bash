@@ -16,8 +16,8 @@ open_screen() {
 
 close_screen() { kill "$screen_pid"; }
 
-# Runs a command in no environment but a screen, and a home where libraries leave what they like.
-bare() { env -i DISPLAY="$DISPLAY" HOME="$BATS_TEST_TMPDIR" "$@"; }
+# Put before a command: no environment but the screen, and a home where libraries leave what they like.
+bare=(env -i DISPLAY="${DISPLAY:-}" HOME="${BATS_TEST_TMPDIR:-}")
 
 # Makes the current directory one to start the show from: a copy of its data, to be changed at will.
 stage() {
