@@ -17,10 +17,9 @@
 //     callgrind_annotate callgrind.out.*
 
 #include "Host.h"
+#include "Stage.h"
+#include "Timeline.h"
 
-#include <GL/glew.h>
-#include <GL/glu.h>
-#include <SDL.h>
 #include <fmod_clock.h>
 
 #include <algorithm>
@@ -44,30 +43,13 @@ using Microseconds = std::chrono::duration<double, std::micro>;
 const std::size_t COPY_INTERVAL =
     16; // frames: often enough to see the same machine, seldom enough to leave its caches
 
-/// A scene is recognised by where its first camera starts.
-struct SceneStart {
-    const char* name;
-    double x, y, z;
-};
-const std::array<SceneStart, 6> SCENES = {{
-    {"SceneSad", 38, 4, 34},
-    {"SceneSadSpectrum", 92, 4, 56},
-    {"SceneSadSpectrumGreet", 50, 50, 50},
-    {"SceneSpectrumPart", 49, 5.5, 59},
-    {"SceneSpectrumImpulsePart", 25, 5.5, 20},
-    {"ScenePartWorld", 20, 5.5, 20},
-}};
-
 struct Show {
-    std::vector<double> frames;      // us each
-    std::vector<double> copies;      // us each pair of copies
-    std::vector<std::size_t> scenes; // of each frame
+    std::vector<double> frames; // us each, of all but the first, which ends the start-up
+    std::vector<double> copies; // us each pair of copies
 };
 
 Show* pShow = nullptr;
 bool measuring = true;
-unsigned int now = 1000; // ms, the show's only clock
-std::size_t scene = 0;
 Clock::time_point frameStart;
 
 std::vector<char> lattice(10000 * 28 + 39600 * 4, 1);
@@ -93,9 +75,10 @@ void awaitDecoding() {
 }
 
 /// Profilers find the scenes by this.
-__attribute__((noinline)) void sceneBegins(std::size_t index) {
-    scene = index;
-    __asm__ volatile("");
+__attribute__((noinline)) void sceneBegins() { __asm__ volatile(""); }
+
+std::size_t sceneOf(std::size_t measured) {
+    return timeline::sceneOf(static_cast<unsigned int>(measured) + 1);
 }
 
 class Silence : public std::streambuf {
@@ -106,8 +89,8 @@ protected:
 Show play() {
     Show show;
     pShow = &show;
-    now = 1000;
-    scene = 0;
+    stage.now = 1000;
+    frameStart = Clock::time_point();
     Silence silence;
     std::streambuf* pConsole = std::cout.rdbuf(&silence);
     const int status = host::playShow();
@@ -151,17 +134,17 @@ void report(const std::vector<Show>& shows) {
     std::printf("%-26s %6s %10s %8s\n", "scene", "frames", "us/frame", "ratio");
     double worst = 0;
     const char* worstName = "";
-    for (std::size_t i = 0; i < SCENES.size(); ++i) {
+    for (std::size_t i = 0; i < timeline::SCENES.size(); ++i) {
         std::vector<double> ofScene;
         for (std::size_t frame = 0; frame < frames.size(); ++frame) {
-            if (shows.front().scenes[frame] == i) {
+            if (sceneOf(frame) == i) {
                 ofScene.push_back(frames[frame]);
             }
         }
-        printLine(SCENES[i].name, ofScene, yardstick);
+        printLine(timeline::SCENES[i].name, ofScene, yardstick);
         if (mean(ofScene) > worst) {
             worst = mean(ofScene);
-            worstName = SCENES[i].name;
+            worstName = timeline::SCENES[i].name;
         }
     }
     printLine("whole show", frames, yardstick);
@@ -172,14 +155,11 @@ void report(const std::vector<Show>& shows) {
 
 int host::start(int argc, char** argv) {
     const std::string_view argument = argc > 1 ? argv[1] : "9";
-    FMOD_Clock_Set([]() { return now * 1000ULL; });
+    FMOD_Clock_Set([]() { return stage.now * 1000ULL; });
     if (argument == "--once") {
         measuring = false;
         const Show show = play();
-        for (std::size_t i = 0; i < SCENES.size(); ++i) {
-            std::printf("%-26s %6td frames\n", SCENES[i].name,
-                        std::count(show.scenes.begin(), show.scenes.end(), i));
-        }
+        std::printf("%zu frames\n", show.frames.size());
         return 0;
     }
     std::vector<Show> shows(std::max(1, std::atoi(argument.data())));
@@ -188,34 +168,20 @@ int host::start(int argc, char** argv) {
     return 0;
 }
 
-extern "C" {
-
-void gluLookAt(GLdouble x, GLdouble y, GLdouble z, GLdouble /*cx*/, GLdouble /*cy*/, GLdouble /*cz*/,
-               GLdouble /*ux*/, GLdouble /*uy*/, GLdouble /*uz*/) {
-    const std::size_t next = scene + 1;
-    if (next < SCENES.size() && x == SCENES[next].x && y == SCENES[next].y && z == SCENES[next].z) {
-        sceneBegins(next);
-    }
-}
-
-void SDL_GL_SwapBuffers() {
+void Stage::atSwap() {
     const Clock::time_point frameEnd = Clock::now();
-    if (frameStart == Clock::time_point()) {
+    std::vector<double>& frames = pShow->frames;
+    const bool first = frameStart == Clock::time_point();
+    if (first) {
         awaitDecoding();
-        sceneBegins(0);
     } else {
-        pShow->frames.push_back(Microseconds(frameEnd - frameStart).count());
-        pShow->scenes.push_back(scene);
-        if (measuring && pShow->frames.size() % COPY_INTERVAL == 0) {
+        frames.push_back(Microseconds(frameEnd - frameStart).count());
+        if (measuring && frames.size() % COPY_INTERVAL == 0) {
             pShow->copies.push_back(copyTwice());
         }
     }
+    if (first || sceneOf(frames.size()) != sceneOf(frames.size() - 1)) {
+        sceneBegins();
+    }
     frameStart = Clock::now();
-}
-
-void SDL_Quit() { frameStart = Clock::time_point(); }
-
-Uint32 SDL_GetTicks() { return now; }
-
-void SDL_Delay(Uint32 ms) { now += ms; }
 }

@@ -1,7 +1,7 @@
 // The six scenes against scripts of what they should do, frame by frame, and their order.
 
 #include "3D/Camera/RotatingCamera.h"
-#include "GridModel.h"
+#include "DrawnModels.h"
 #include "Scenes/SceneManager.h"
 #include "Scenes/ScenePartWorld.h"
 #include "Scenes/SceneSad.h"
@@ -9,8 +9,6 @@
 #include "Scenes/SceneSadSpectrumGreet.h"
 #include "Scenes/SceneSpectrumImpulsePart.h"
 #include "Scenes/SceneSpectrumPart.h"
-#include "StandIns/Stage.h"
-#include "Utils/MathUtils.h"
 
 #include <memory>
 #include <random>
@@ -19,7 +17,7 @@ namespace {
 using Ms = unsigned int;
 
 struct Move {
-    Vector3f eyeFrom, eyeTo, lookFrom, lookTo;
+    std::array<float, 3> eyeFrom, eyeTo, lookFrom, lookTo;
     Ms duration;
 };
 
@@ -43,25 +41,71 @@ const std::vector<Move> FLIGHTS = {{{49, 5.5f, 59}, {79, 4, 89}, {98, 1, 89}, {3
 const std::vector<Move> GLIDE = {{{25, 5.5f, 20}, {65, 2, 20}, {35, 1, 30}, {75, 1, 30}, 15000}};
 const std::vector<Move> DESCENT = {{{20, 5.5f, 20}, {75, 0, 75}, {30, 1, 30}, {78, 1, 78}, 25000}};
 
-/// What a scene is to do: the heights of its spikes, 0 where it leaves them as they are; the decay of its
-/// pulse. Those that have a decay also have fountains, and a time base that follows their moves.
+const std::vector<TextModel> TITLES = {{{36, 1, 36}, "Olmbrex", 0.3},
+                                       {{42, 1, 36}, "Presents", 0.3},
+                                       {{42, 1, 42}, "A new demo", 0.3},
+                                       {{36, 1, 42}, "Quelar", 0.4}};
+const std::vector<TextModel> GREETINGS = {
+    {{45, 1, 50}, "Tunko crew", 1},           {{43, 1, 47}, "Vastor", 1},
+    {{72, 1, 52}, "KelpFounders", 1.5, true}, {{66, 1, 59}, "Marigrove", 1.7, true},
+    {{64, 1, 33}, "ZiiiZ", 1.7, true},        {{58, 1, 33}, "Q ton", 1.7, true},
+    {{54, 1, 76}, "Plinth ORB", 1.8}};
+
+/// A cluster of fountains: their kind, the place of the first, and the step from the usual offsets.
+struct Cluster {
+    int kind;
+    std::array<double, 3> start;
+    double later;
+};
+
+/// What a scene is to do, frame by frame.
 struct Script {
     const char* name;
     Scene* (*make)();
-    bool rests; ///< in the first update
-    float spike, decay;
-    int fountains;
+    bool rests;         ///< in the first update
+    bool listens;       ///< moves the spikes
+    bool waves;         ///< moves the waves
+    float spike, decay; ///< height of the spikes in the end; decay of the pulse
     std::vector<Move> moves;
+    std::vector<TextModel> texts;
+    std::vector<Cluster> clusters; ///< in the order in which they are drawn
 };
 
 enum { SAD, SPECTRUM, GREET, PART, IMPULSE, WORLD };
 const Script SCRIPTS[] = {
-    {"SceneSad", make<SceneSad>, false, 0, 0, 0, OPENING},
-    {"SceneSadSpectrum", make<SceneSadSpectrum>, true, 15, 0, 0, SWEEPS},
-    {"SceneSadSpectrumGreet", make<SceneSadSpectrumGreet>, true, 0, 0, 0, RISE},
-    {"SceneSpectrumPart", make<SceneSpectrumPart>, true, 10, 0.04f, 12, FLIGHTS},
-    {"SceneSpectrumImpulsePart", make<SceneSpectrumImpulsePart>, false, 8, 0.04f, 6, GLIDE},
-    {"ScenePartWorld", make<ScenePartWorld>, false, 0, 0.08f, 18, DESCENT}};
+    {"SceneSad", make<SceneSad>, false, false, false, 15, 0, OPENING, TITLES, {}},
+    {"SceneSadSpectrum", make<SceneSadSpectrum>, true, true, false, 15, 0, SWEEPS, {}, {}},
+    {"SceneSadSpectrumGreet", make<SceneSadSpectrumGreet>, true, false, true, 15, 0, RISE, GREETINGS, {}},
+    {"SceneSpectrumPart",
+     make<SceneSpectrumPart>,
+     true,
+     true,
+     false,
+     10,
+     0.04f,
+     FLIGHTS,
+     {},
+     {{2, {20, 1, 20}, 0}, {2, {10, 2, 10}, 1}}},
+    {"SceneSpectrumImpulsePart",
+     make<SceneSpectrumImpulsePart>,
+     false,
+     true,
+     true,
+     8,
+     0.04f,
+     GLIDE,
+     {},
+     {{3, {55, 3, 40}, 0}}},
+    {"ScenePartWorld",
+     make<ScenePartWorld>,
+     false,
+     false,
+     true,
+     8,
+     0.08f,
+     DESCENT,
+     {},
+     {{5, {55, 2, 45}, 0}, {5, {45, 2, 60}, 0}, {4, {45, 3, 45}, 0}}}};
 
 /// The brightness at a time of the scene, or of its move.
 float fadeAt(int scene, Ms time, Ms duration, float before) {
@@ -78,26 +122,67 @@ float fadeAt(int scene, Ms time, Ms duration, float before) {
     return t > period - out ? share(period - t, static_cast<float>(out)) : scene == IMPULSE ? 1 : before;
 }
 
+/// From a to b, at t = 0 to 1.
+std::array<float, 3> between(const std::array<float, 3>& a, const std::array<float, 3>& b, float t) {
+    return {a[0] + (b[0] - a[0]) * t, a[1] + (b[1] - a[1]) * t, a[2] + (b[2] - a[2]) * t};
+}
+
 /// Fires the waves of a frame by the random numbers it drew. Tells how many they should be.
 std::size_t fireWaves(int scene, GridModel& grid, const float* spectrum, const Move& move, float t) {
     std::size_t n = 0;
     const auto next = [&] { return static_cast<float>(stage.drawn.at(n++)) / 2147483648.0f; };
     for (int band = 0; band < (scene == IMPULSE ? 8 : scene == WORLD ? 10 : 0); ++band) {
         if (spectrum[band] > 0.2f) {
-            Colour4 colour(next(), 0, 0, 0.7f);
-            colour.g = scene == IMPULSE ? next() : 0;
-            colour.b = scene == IMPULSE ? next() : 0;
-            colour = scene == IMPULSE ? colour : Colour4(0, 0, 0, 1);
+            Rgba colour = {next(), 0, 0, 0.7f};
+            colour[1] = scene == IMPULSE ? next() : 0;
+            colour[2] = scene == IMPULSE ? next() : 0;
+            colour = scene == IMPULSE ? colour : Rgba{0, 0, 0, 1};
             const float u = next();
             const float v = next();
+            const float ahead = between(move.eyeFrom, move.eyeTo, t)[0] / 1.5f;
             const float x = scene == IMPULSE ? v * 10 + 20 : v * 100 - 10;
-            const float y = scene == IMPULSE ? MathUtils::lerp(move.eyeFrom, move.eyeTo, t).x / 1.5f + u * 20
-                                             : u * 100 - 10;
+            const float y = scene == IMPULSE ? ahead + u * 20 : u * 100 - 10;
             grid.impulsion(static_cast<int>(x), static_cast<int>(y), colour, 1, 6);
         }
     }
     return n;
 }
+
+/// The solids of the last scene: 150 cubes, pyramids and spheres, each told by the first point that it draws.
+struct SolidsModel {
+    static constexpr std::size_t EACH = 150;
+
+    std::vector<std::array<double, 3>> places;
+    std::size_t launched = 0; ///< of each kind
+
+    /// Where they stand, by the random numbers that the scene drew.
+    explicit SolidsModel(const std::vector<int>& random) {
+        for (std::size_t i = 0; i + 1 < random.size(); i += 2) {
+            places.push_back({random[i] / 2147483648.0 * 150, 0, random[i + 1] / 2147483648.0 * 150});
+        }
+    }
+    void update() {
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            places[i][1] += i % EACH < launched ? 0.05 : 0;
+        }
+    }
+    void launch() { launched = std::min(launched + 1, EACH); }
+    void expectDrawn(const Drawing*& pDrawing) const {
+        const double tilt = 72 * M_PI / 180;
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            const auto& [x, y, z] = places[i];
+            const bool round = i >= 2 * EACH;
+            const std::array<double, 3> first = {x + (round ? 0.5 * std::cos(tilt) : -0.5),
+                                                 y - (round ? 0 : 0.5),
+                                                 z - (round ? 0.5 * std::sin(tilt) : 0.5)};
+            ASSERT_EQ(pDrawing->points.size(), i < EACH ? 24U : round ? 400U : 16U);
+            ASSERT_FALSE(pDrawing->glows);
+            ASSERT_NO_FATAL_FAILURE(
+                expectPoints({4, false, {pDrawing->points[0]}}, {first}, {GREY[0], GREY[1], GREY[2], 1}));
+            ++pDrawing;
+        }
+    }
+};
 
 class SceneTest : public OnStage {
 protected:
@@ -116,20 +201,66 @@ protected:
     std::mt19937 random{11};
 };
 
-class Scripts : public SceneTest, public testing::WithParamInterface<int> {};
+class Scenes : public SceneTest, public testing::WithParamInterface<int> {};
 
-TEST_P(Scripts, areFollowedFrameByFrame) {
+TEST_P(Scenes, followTheirScriptsFrameByFrame) {
     const int index = GetParam();
     const Script& script = SCRIPTS[index];
     srand(3);
-    GridModel model(100, 100);
+    GridModel model(100, 100, 1.5f);
     srand(3);
     grid = Grid(100, 100, 1.5f);
+    // What another scene has left: spikes, and a wave on its way.
+    spectrum.fill(0.3f);
+    grid.updateSpectrum(spectrum.data(), 512);
+    model.spectrum(spectrum.data(), 15);
+    grid.makeImpulsion(50, 60, Colour4(0.3f, 0.2f, 0.1f, 0.5f), 1, 20);
+    model.impulsion(50, 60, {0.3f, 0.2f, 0.1f, 0.5f}, 1, 20);
+    delete script.make();
+    const std::ptrdiff_t before = living;
+    delete script.make();
+    EXPECT_EQ(living, before); // it has released everything
     stage.drawn.clear();
     const std::unique_ptr<Scene> pScene(script.make());
     EXPECT_EQ(stage.drawn.size(), index == WORLD ? 900U : 0U);
-    pScene->draw(nullptr); // possible from the start
-
+    SolidsModel solids(stage.drawn);
+    std::vector<FountainModel> fountains;
+    for (const auto& [kind, start, later] : script.clusters) {
+        const Rgba colours[] = {{0, 0.222f, 0.057f, 1},       {0.117f, 0.261f, 0.156f, 1},
+                                {0.057f, 0.0258f, 0.216f, 1}, {0.117f, 0.087f, 0.2541f, 1},
+                                {0.3f, 0.24f, 0, 1},          {0.3f, 0.033f, 0, 1}};
+        const double offsets[] = {0.2, 0.4, 0.6, 0.7, 0.9, 1.1};
+        for (int k = 0; k < 6; ++k) {
+            const std::array<double, 3> place = {start[0], start[1] - 0.01 * k, start[2]};
+            fountains.push_back({kind, place, colours[k], offsets[k] + later});
+        }
+    }
+    std::size_t greeted = 0;
+    // Draws, between updates as well as before the first.
+    const auto expectDrawn = [&](std::size_t shot) {
+        stage.drawings.clear();
+        pScene->draw(nullptr);
+        const Drawing* pDrawing = stage.drawings.data();
+        for (std::size_t i = 0; i < script.texts.size(); ++i) {
+            if (index == SAD ? i == shot : i < greeted) {
+                const float red = index == SAD ? 0.7f : 0.9f;
+                const float other = index == SAD ? 0 : 0.9f;
+                ASSERT_NO_FATAL_FAILURE(script.texts[i].expectDrawn(pDrawing, {red, other, other, 0.7f}));
+            }
+        }
+        ASSERT_NO_FATAL_FAILURE(solids.expectDrawn(pDrawing));
+        for (const FountainModel& fountain : fountains) {
+            ASSERT_TRUE(pDrawing->glows);
+            ASSERT_NO_FATAL_FAILURE(fountain.expectDrawn(*pDrawing++));
+        }
+        ASSERT_EQ(pDrawing, stage.drawings.data() + stage.drawings.size());
+    };
+    calls();
+    ASSERT_NO_FATAL_FAILURE(expectDrawn(0));
+    EXPECT_EQ(calls(" Disable Enable BlendFunc "),
+              script.decay != 0 ? "Disable DEPTH_TEST; Enable BLEND; BlendFunc 770 1; Disable BLEND; Enable "
+                                  "DEPTH_TEST; "
+                                : "");
     const Ms start = 0xFFFFFFFF - 6000; // across the wrap of the clock
     float fade = 0;
     float pulse = 0;
@@ -137,12 +268,18 @@ TEST_P(Scripts, areFollowedFrameByFrame) {
     bool moving = false;
     Ms timeBase = start;
     Ms moveStart = 0;
+    int frame = 0;
     for (Ms now = start;; now += random() % 4 == 0 ? random() % 300 : 10 + random() % 20) {
         SCOPED_TRACE(now - start);
-        std::generate_n(spectrum.begin(), 16, [this] { return static_cast<float>(random() % 45) / 100; });
+        const int loudest = random() % 2 == 0 ? 45 : 21;
+        std::generate_n(spectrum.begin(), 16, [&] { return static_cast<float>(random() % loudest) / 100; });
         spectrum[2] = random() % 8 == 0 ? 0.25f : spectrum[2] / 2;
         stage.drawn.clear();
-        const bool playing = pScene->update(camera, &grid, &music, now);
+        const bool playing = update(*pScene, now);
+        for (FountainModel& fountain : fountains) {
+            fountain.update();
+        }
+        solids.update();
         float t = 0;
         if (!script.rests || now != start) {
             if (!moving) {
@@ -160,11 +297,20 @@ TEST_P(Scripts, areFollowedFrameByFrame) {
                 break;
             }
             fade = fadeAt(index, now - timeBase, move->duration, fade);
-            if (script.spike != 0) {
+            if (script.listens) {
                 model.spectrum(spectrum.data(), script.spike);
             }
-            ASSERT_EQ(fireWaves(index, model, spectrum.data(), *move, t), stage.drawn.size());
-            model.waves();
+            if (index == GREET) {
+                model.level();
+            }
+            const std::size_t numbers = fireWaves(index, model, spectrum.data(), *move, t);
+            ASSERT_EQ(numbers, stage.drawn.size());
+            if (index == WORLD && numbers != 0) {
+                solids.launch();
+            }
+            if (script.waves) {
+                model.waves();
+            }
             pulse = script.decay != 0 && spectrum[2] >= 0.25f ? 1 : pulse > 0 ? pulse - script.decay : 0;
         }
         ASSERT_TRUE(playing);
@@ -173,25 +319,39 @@ TEST_P(Scripts, areFollowedFrameByFrame) {
         ASSERT_NO_FATAL_FAILURE(model.expectAlike(grid));
         calls();
         pScene->setSceneRender();
-        const Vector3f eye = MathUtils::lerp(move->eyeFrom, move->eyeTo, t);
-        const Vector3f look = MathUtils::lerp(move->lookFrom, move->lookTo, t);
-        ASSERT_EQ(calls().back(), call("gluLookAt", eye.x, eye.y, eye.z, look.x, look.y, look.z, 0, 1, 0));
+        EXPECT_EQ(stage.calls.size(), 2U);
+        const auto [x, y, z] = between(move->eyeFrom, move->eyeTo, t);
+        const auto [u, v, w] = between(move->lookFrom, move->lookTo, t);
+        const std::array<double, 9> view = {x, y, z, u, v, w, 0, 1, 0};
+        for (std::size_t i = 0; i < view.size(); ++i) {
+            ASSERT_NEAR(stage.view[i], view[i], 1e-4);
+        }
+        if (++frame % 16 == 0 && index != GREET) { // whose texts depend on what was played before
+            ASSERT_NO_FATAL_FAILURE(expectDrawn(move - script.moves.begin()));
+        }
     }
     EXPECT_EQ(pScene->getFadeValue(), 0);
-
-    calls();
-    pScene->draw(nullptr);
-    std::string light = script.fountains != 0 ? "Disable 2929; Enable 3042; BlendFunc 770 1; " : "";
-    for (int i = 0; i < script.fountains; ++i) {
-        light += i + 1 < script.fountains ? "PointSize 3; " : "PointSize 3; Disable 3042; Enable 2929; ";
+    if (index == GREET) {
+        model.paint(GREY);
+        greeted = 7;
+        ASSERT_NO_FATAL_FAILURE(expectDrawn(0));
+    } else if (index == SAD) {
+        ASSERT_NO_FATAL_FAILURE(expectDrawn(4)); // nothing
     }
-    EXPECT_EQ(calls(" glDisable glEnable glBlendFunc glPointSize "), light);
+    ASSERT_NO_FATAL_FAILURE(model.expectAlike(grid));
+    spectrum.fill(0.4f);
+    grid.updateSpectrum(spectrum.data(), 512);
+    model.spectrum(spectrum.data(), script.spike);
+    ASSERT_NO_FATAL_FAILURE(model.expectAlike(grid));
 }
 
-INSTANTIATE_TEST_SUITE_P(Show, Scripts, testing::Range(0, 6),
+INSTANTIATE_TEST_SUITE_P(Show, Scenes, testing::Range(0, 6),
                          [](const auto& info) { return std::string(SCRIPTS[info.param].name); });
 
-TEST_F(SceneTest, greetingsAreArmedOnceForTheLifeOfTheProgram) {
+using SceneSadSpectrumGreets = SceneTest;
+using SceneManagers = SceneTest;
+
+TEST_F(SceneSadSpectrumGreets, greetingsAreArmedOnceForTheLifeOfTheProgram) {
     std::unique_ptr<SceneSadSpectrumGreet> pScene;
     const auto countsAt = [&](std::initializer_list<Ms> times) {
         pScene = std::make_unique<SceneSadSpectrumGreet>();
@@ -200,7 +360,7 @@ TEST_F(SceneTest, greetingsAreArmedOnceForTheLifeOfTheProgram) {
             EXPECT_TRUE(update(*pScene, 5000 + time));
             calls();
             pScene->draw(nullptr);
-            counts += call("", calls(" glPushMatrix ").size() / 12);
+            counts += call("", calls(" PushMatrix ").size() / 12);
         }
         return counts;
     };
@@ -215,18 +375,31 @@ TEST_F(SceneTest, greetingsAreArmedOnceForTheLifeOfTheProgram) {
     EXPECT_EQ(grid.getPoints().back().colour.r, gridColour.r);
 }
 
-TEST_F(SceneTest, managerHandsTheLatticeOnToTheNextScene) {
-    SceneManager manager;
-    manager.addScene(new SceneSpectrumPart());
-    manager.addScene(new SceneSad());
-    spectrum.fill(0.3f);
-    for (const Ms now : {1000, 2000, 8000, 9000, 19000, 20000, 23000, 24000, 27000, 28000, 31000, 32000}) {
-        EXPECT_FALSE(manager.update(camera, &music, now));
+TEST_F(SceneManagers, handTheLatticeOnToTheNextScene) {
+    calls();
+    const std::ptrdiff_t before = living;
+    {
+        SceneManager manager;
+        manager.addScene(new SceneSpectrumPart());
+        manager.addScene(new SceneSad());
+        const Scene* pFirst = manager.getCurrentScene();
+        spectrum.fill(0.3f);
+        stage.listening = false;
+        for (const Ms now :
+             {1000, 2000, 8000, 9000, 19000, 20000, 23000, 24000, 27000, 28000, 31000, 32000}) {
+            EXPECT_EQ(manager.getCurrentScene() == pFirst, now < 20000);
+            EXPECT_FALSE(manager.update(camera, &music, now));
+        }
+        stage.listening = true;
+        manager.draw(nullptr);
+        EXPECT_EQ(calls(" gluLookAt "), "gluLookAt 34 5 40 36 0 42 0 1 0; "); // the last of the second scene
+        const std::vector<Drawing> drawn = drawings();
+        ASSERT_EQ(drawn.size(), 7U); // the lattice and six letters
+        EXPECT_EQ(drawn[0].size, 4);
+        const auto lifted = [](const Point& point) { return point.position.y > 0; };
+        EXPECT_GT(std::count_if(drawn[0].points.begin(), drawn[0].points.end(), lifted), 0);
+        EXPECT_TRUE(manager.update(camera, &music, 35000));
     }
-    manager.draw(nullptr);
-    EXPECT_EQ(calls(" gluLookAt "), "uLookAt 34 5 40 36 0 42 0 1 0; "); // the last of the second scene
-    const std::vector<Point> lattice = drawings().at(0);
-    EXPECT_GT(std::count_if(lattice.begin(), lattice.end(), [](auto& p) { return p.position.y > 0; }), 0);
-    EXPECT_TRUE(manager.update(camera, &music, 35000));
+    EXPECT_EQ(living, before);
 }
 } // namespace

@@ -1,4 +1,6 @@
-#include "StandIns/Stage.h"
+// The window library, for whose Stage it is built.
+
+#include <Stage.h>
 
 extern "C" {
 int SDL_Init(Uint32 flags) { return stage.note(__func__, flags) ? 0 : -1; }
@@ -7,22 +9,32 @@ SDL_Surface* SDL_SetVideoMode(int width, int height, int bpp, Uint32 flags) {
     static SDL_Surface surface{};
     surface.w = width;
     surface.h = height;
+    surface.flags = flags;
     return stage.note(__func__, width, height, bpp, flags) ? &surface : nullptr;
 }
 void SDL_WM_SetCaption(const char* title, const char* /*icon*/) { stage.note(__func__, title); }
-int SDL_FillRect(SDL_Surface*, SDL_Rect*, Uint32) { return 0; }
-Uint32 SDL_MapRGB(const SDL_PixelFormat*, Uint8, Uint8, Uint8) { return 0; }
-void SDL_UpdateRect(SDL_Surface*, Sint32, Sint32, Uint32, Uint32) {}
+int SDL_FillRect(SDL_Surface* pSurface, SDL_Rect* pRect, Uint32 colour) {
+    stage.note(__func__, pSurface->w, pRect == nullptr, colour);
+    return 0;
+}
+Uint32 SDL_MapRGB(const SDL_PixelFormat* /*format*/, Uint8 r, Uint8 g, Uint8 b) { return r + g + b; }
+void SDL_UpdateRect(SDL_Surface* pSurface, Sint32 x, Sint32 y, Uint32 w, Uint32 h) {
+    stage.note(__func__, pSurface->w, x, y, w, h);
+}
 void SDL_GL_SwapBuffers() {
     stage.note(__func__);
     stage.atSwap();
 }
-void SDL_PumpEvents() { stage.note(__func__); }
+void SDL_PumpEvents() {
+    stage.note(__func__);
+    stage.atPump();
+}
 Uint8* SDL_GetKeyState(int* numkeys) {
+    stage.note(__func__);
     *numkeys = static_cast<int>(stage.keys.size());
     return stage.keys.data();
 }
-Uint32 SDL_GetTicks() { return stage.now; }
+Uint32 SDL_GetTicks() { return stage.readClock(); }
 void SDL_Delay(Uint32 ms) {
     stage.note(__func__, ms);
     stage.now += ms;

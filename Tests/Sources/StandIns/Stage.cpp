@@ -1,11 +1,91 @@
 #include "StandIns/Stage.h"
 
+#include "Utils/GLUtils.h"
+
 #include <cstdlib>
+#include <cstring>
 #include <iostream>
+#include <map>
 
 int host::start(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
+}
+
+std::array<double, 3> Place::of(double x, double y, double z) const {
+    std::array<double, 3> point{};
+    for (int i = 0; i < 3; ++i) {
+        point[i] = axes[0][i] * x + axes[1][i] * y + axes[2][i] * z + axes[3][i];
+    }
+    return point;
+}
+
+void Place::rotate(double degrees, std::size_t axis) {
+    const double sine = std::sin(degrees / 180 * M_PI);
+    const double cosine = std::cos(degrees / 180 * M_PI);
+    for (int i = 0; i < 3; ++i) {
+        double& u = axes[(axis + 1) % 3][i];
+        double& v = axes[(axis + 2) % 3][i];
+        std::tie(u, v) = std::make_pair(u * cosine + v * sine, v * cosine - u * sine);
+    }
+}
+
+void Place::scale(double x, double y, double z) {
+    for (int i = 0; i < 3; ++i) {
+        axes[0][i] *= x;
+        axes[1][i] *= y;
+        axes[2][i] *= z;
+    }
+}
+
+void Stage::follow(std::string_view name, std::initializer_list<double> arguments) {
+    const double* a = arguments.begin();
+    if (name == "glPushMatrix") {
+        places.push_back(places.back());
+    } else if (name == "glPopMatrix") {
+        places.pop_back();
+        ASSERT_FALSE(places.empty());
+    } else if (name == "glLoadIdentity") {
+        places.back() = Place();
+    } else if (name == "glTranslatef") {
+        places.back().axes[3] = places.back().of(a[0], a[1], a[2]);
+    } else if (name == "glScalef") {
+        places.back().scale(a[0], a[1], a[2]);
+    } else if (name == "glRotatef") {
+        EXPECT_EQ(a[1] + a[2] + a[3], 1);
+        places.back().rotate(a[0], a[1] == 1 ? 0 : a[2] == 1 ? 1 : 2);
+    } else if (name == "glLineWidth" || name == "glPointSize") {
+        size = static_cast<float>(a[0]);
+    } else if (name == "gluLookAt") {
+        std::copy_n(a, 9, view.begin());
+    } else if (name.substr(0, 8) == "glEnable") {
+        enabled.set(static_cast<GLenum>(a[0]));
+    } else if (name.substr(0, 9) == "glDisable") {
+        enabled.reset(static_cast<GLenum>(a[0]));
+    }
+}
+
+void Stage::show(GLsizei count, const GLuint* indices, const char* positions, const char* colours,
+                 std::size_t stride) {
+    EXPECT_TRUE(enabled[GL_VERTEX_ARRAY] && enabled[GL_COLOR_ARRAY]);
+    if (!hashing && !listening) {
+        return;
+    }
+    Drawing drawing{size, enabled[GL_BLEND] && !enabled[GL_DEPTH_TEST], std::vector<Point>(count)};
+    for (Point& point : drawing.points) {
+        const std::size_t at = stride * (indices != nullptr ? *indices++ : &point - drawing.points.data());
+        std::array<float, 3> p{};
+        std::memcpy(p.data(), positions + at, sizeof p);
+        const auto [x, y, z] = places.back().of(p[0], p[1], p[2]);
+        point.position = Vector3f(static_cast<float>(x), static_cast<float>(y), static_cast<float>(z));
+        std::memcpy(&point.colour, colours + at, sizeof point.colour);
+    }
+    if (hashing) {
+        mix(std::string_view(reinterpret_cast<const char*>(drawing.points.data()), count * sizeof(Point)));
+    }
+    if (listening) {
+        drawings.push_back(std::move(drawing));
+    }
 }
 
 std::string OnStage::take(std::ostringstream& stream) {
@@ -15,12 +95,45 @@ std::string OnStage::take(std::ostringstream& stream) {
 }
 
 std::string OnStage::calls(const std::string& names) {
+    static const std::map<std::string, std::string> CONSTANTS = {
+        {"1281", "VALUE"},      {"2884", "CULL_FACE"},     {"2929", "DEPTH_TEST"},   {"3042", "BLEND"},
+        {"3553", "TEXTURE_2D"}, {"5121", "UNSIGNED_BYTE"}, {"5125", "UNSIGNED_INT"}, {"5126", "FLOAT"},
+        {"5888", "MODELVIEW"},  {"5889", "PROJECTION"},    {"6402", "DEPTH"},        {"6408", "RGBA"},
+        {"9729", "LINEAR"},     {"10241", "MIN_FILTER"},   {"16640", "COLOR|DEPTH"}, {"32856", "RGBA8"},
+        {"32884", "VERTICES"},  {"32886", "COLOURS"},      {"35632", "FRAGMENT"},    {"35633", "VERTEX"},
+        {"36064", "COLOR0"},    {"36160", "FRAMEBUFFER"},  {"36161", "RENDERBUFFER"}};
     std::string story;
-    for (const std::string& line : calls()) {
-        const bool named = names.find(" " + line.substr(0, line.find(' ')) + " ") != std::string::npos;
-        story += named ? line.substr(2) + "; " : "";
+    for (const std::string& line : std::exchange(stage.calls, {})) {
+        std::istringstream words(line.substr(line.substr(0, 2) == "gl" && line[2] < 'a' ? 2 : 0));
+        std::string word;
+        words >> word;
+        if (names.empty() || names.find(" " + word + " ") != std::string::npos) {
+            story += word;
+            while (words >> word) {
+                story += ' ' + (CONSTANTS.count(word) != 0 ? CONSTANTS.at(word) : word);
+            }
+            story += "; ";
+        }
     }
     return story;
+}
+
+std::string OnStage::checks(const std::function<void()>& action) {
+    const std::string error = "Invalid operation in '";
+    std::string labels;
+    for (std::size_t n = 0;; ++n) {
+        stage.errorChecks = 0;
+        stage.errors.assign(n, GL_NO_ERROR);
+        stage.errors.push_back(GL_INVALID_OPERATION);
+        try {
+            action();
+            return stage.errorChecks == n ? labels : labels + "unnoticed";
+        } catch (const GLErrorException& exception) {
+            labels += exception.what();
+            labels.replace(labels.rfind(error), error.size(), "");
+        }
+        stage.places.resize(1);
+    }
 }
 
 OnStage::OnStage() : pOut(std::cout.rdbuf(printed.rdbuf())), pErr(std::cerr.rdbuf(reported.rdbuf())) {
@@ -29,16 +142,22 @@ OnStage::OnStage() : pOut(std::cout.rdbuf(printed.rdbuf())), pErr(std::cerr.rdbu
     take(reported);
 }
 OnStage::~OnStage() {
+    EXPECT_EQ(stage.places.size(), 1U);
+    EXPECT_FALSE(stage.enabled[GL_VERTEX_ARRAY] || stage.enabled[GL_COLOR_ARRAY]);
     std::cout.rdbuf(pOut);
     std::cerr.rdbuf(pErr);
 }
 
 void* operator new(std::size_t size) {
     ++allocations;
+    ++living;
     return std::malloc(size); // there is enough
 }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t /*size*/) noexcept { std::free(p); }
+void operator delete(void* p) noexcept {
+    living -= p != nullptr ? 1 : 0;
+    std::free(p);
+}
+void operator delete(void* p, std::size_t /*size*/) noexcept { operator delete(p); }
 
 // The C library's numbers, by its generator of the same sequence.
 extern "C" int rand() noexcept {

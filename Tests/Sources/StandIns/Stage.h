@@ -9,10 +9,11 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <bitset>
+#include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
+#include <set>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -22,44 +23,80 @@
 template <typename... Arguments>
 std::string call(const std::string& name, const Arguments&... arguments) {
     std::ostringstream text;
-    text.precision(9);
     text << name;
     ((text << ' ' << arguments), ...);
     return text.str();
 }
 
+/// A place in the world: where the show's own transforms, views left out, put what is drawn.
+struct Place {
+    /// Directions of x, y and z, and the origin.
+    std::array<std::array<double, 3>, 4> axes{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 0}}};
+
+    std::array<double, 3> of(double x, double y, double z) const;
+    void rotate(double degrees, std::size_t axis);
+    void scale(double x, double y, double z);
+};
+
+/// What a draw call drew, and how.
+struct Drawing {
+    float size;                ///< width of the lines or size of the points in pixels
+    bool glows;                ///< in front of everything, added to what is there
+    std::vector<Point> points; ///< in the world
+};
+
 /// Everything around the show: what it did to the libraries, and what they are to answer.
 struct Stage {
     std::vector<std::string> calls;
-    std::vector<std::vector<Point>> drawings; ///< the points of each draw call
-    std::uint64_t hash = 0;                   ///< of all calls, drawn points included
-    bool listening = true;                    ///< lists calls and drawings
-    bool hashing = false;
+    std::vector<Drawing> drawings;
+    std::array<double, 9> view{};                      ///< eye, point looked at, upwards
+    std::uint64_t hash = 0;                            ///< of all calls, drawn points included
+    bool listening = true;                             ///< lists calls and drawings
+    bool hashing = false;                              ///< hashes them
+    std::bitset<0x10000> enabled;                      ///< of OpenGL's switches and arrays
+    std::vector<Place> places = std::vector<Place>(1); ///< the stack of matrices
+    float size = 1;                                    ///< of lines and points
     std::size_t errorChecks = 0;
     std::size_t soundCalls = 0;
     std::vector<int> drawn; ///< random numbers
 
     Uint32 now = 1000; ///< ms
+    Uint32 drift = 0;  ///< ms that it takes to read the clock
     std::array<Uint8, SDLK_LAST> keys{};
     std::function<void()> atSwap = [] {};
+    std::function<void()> atPump = [] {};
     std::function<void(float*)> spectrum = [](float*) {};
     std::vector<GLenum> errors;       ///< that the next checks find, one each
     std::string failing;              ///< the call that fails, the extension that is missing
     std::size_t failingSoundCall = 0; ///< the one of this number, counted from 1
-    GLuint broken = 0;                ///< the shader or program that cannot be built
+    std::set<GLuint> broken;          ///< the shaders and programs that cannot be built
+    FMOD_BOOL paused = 0;
+    unsigned int position = 0; ///< ms in the track
 
     /// Whether the call succeeds.
     template <typename... Arguments>
-    bool note(const char* name, const Arguments&... arguments) {
+    bool note(const std::string_view name, const Arguments&... arguments) {
+        if constexpr ((std::is_arithmetic_v<Arguments> && ...)) {
+            follow(name, {static_cast<double>(arguments)...});
+        }
         if (listening) {
-            calls.push_back(call(name, arguments...));
+            calls.push_back(call(std::string(name), arguments...));
         }
         if (hashing) {
-            mix(std::string_view(name));
+            mix(name);
             (mix(arguments), ...);
         }
         return failing != name;
     }
+    Uint32 readClock() { return std::exchange(now, now + drift); }
+    GLenum nextError() { return ++errorChecks <= errors.size() ? errors[errorChecks - 1] : GL_NO_ERROR; }
+    bool isBroken(GLuint object) const { return broken.count(object) != 0; }
+    /// A draw call: the numbers of the records that it draws, null for the first ones.
+    void show(GLsizei count, const GLuint* indices, const char* positions, const char* colours,
+              std::size_t stride);
+
+private:
+    void follow(std::string_view name, std::initializer_list<double> arguments);
     template <typename T>
     void mix(const T& value) {
         using Hashed = std::conditional_t<std::is_convertible_v<T, std::string_view>, std::string_view, T>;
@@ -69,10 +106,10 @@ struct Stage {
 
 inline Stage stage;
 
-/// Allocations by operator new since the program began.
-inline std::size_t allocations = 0;
+inline std::size_t allocations = 0; ///< by operator new since the program began
+inline std::ptrdiff_t living = 0;   ///< of them, those that have not been deleted
 
-/// A test on a fresh stage, which catches what is printed.
+/// A test on a fresh stage, which catches what is printed, and is left tidy.
 class OnStage : public testing::Test {
 protected:
     OnStage();
@@ -80,19 +117,12 @@ protected:
     // What has been printed, called and drawn since the last time.
     static std::string out() { return take(printed); }
     static std::string err() { return take(reported); }
-    static std::vector<std::string> calls() { return std::exchange(stage.calls, {}); }
-    static std::vector<std::vector<Point>> drawings() { return std::exchange(stage.drawings, {}); }
-    /// The calls of the names in a list with spaces around each.
-    static std::string calls(const std::string& names);
-    /// The show, in a process of its own, ends with the status, and with the text on standard error.
-    static void expectExit(int status, const std::string& text) {
-        const auto run = [] {
-            const int result = host::playShow();
-            std::fputs((out() + err()).c_str(), stderr);
-            std::exit(result);
-        };
-        EXPECT_EXIT(run(), testing::ExitedWithCode(status), testing::HasSubstr(text));
-    }
+    static std::vector<Drawing> drawings() { return std::exchange(stage.drawings, {}); }
+    /// The calls as one line, all of them or those of the names in a list with spaces around each. OpenGL's
+    /// names without gl, its greater constants by name.
+    static std::string calls(const std::string& names = "");
+    /// The places where the action checks for errors of OpenGL.
+    static std::string checks(const std::function<void()>& action);
 
 private:
     static std::string take(std::ostringstream& stream);

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <GL/glew.h>
+#include <SDL.h>
+
+#include <array>
+#include <cstddef>
+
+/// A stage on which OpenGL and the window cost nothing, for the stand-ins of the tests.
+struct Stage {
+    Uint32 now = 1000; ///< ms, the show's only clock
+    std::array<Uint8, SDLK_LAST> keys{};
+
+    void atSwap();
+    static void atPump() {}
+    Uint32 readClock() const { return now; }
+    template <typename... Arguments>
+    static constexpr bool note(const Arguments&... /*arguments*/) {
+        return true;
+    }
+    static constexpr GLenum nextError() { return GL_NO_ERROR; }
+    static constexpr bool isBroken(GLuint /*object*/) { return false; }
+    static void show(GLsizei /*count*/, const GLuint* /*indices*/, const char* /*positions*/,
+                     const char* /*colours*/, std::size_t /*stride*/) {}
+};
+
+inline Stage stage;
