@@ -1,25 +1,29 @@
 // Preloaded into the program, measures its pace from outside: stands between it and the window library's
-// swap and delay, and prints what it saw on standard error when the program ends. See soak.
+// swap and delay, and prints what it saw on standard error when the program ends. Where QUELAR_PACE names a
+// folder, it leaves the time of every frame there as well. See soak.
+
+#include "Timeline.h"
+#include "sceneTable.h"
 
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <dlfcn.h>
 #include <fstream>
 #include <limits>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 using Clock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
 
-const double FRAME_TIME = 0.015;
-/// Seconds of the show at which its scenes start.
-const std::array<double, 6> SCENE_STARTS = {0, 11.4, 33.5, 53.1, 63.2, 78.2};
+const double FRAME_TIME = timeline::FRAME_MS / 1000.0;
 
 template <typename Function>
 Function* original(const char* name) {
@@ -78,6 +82,8 @@ struct Stretch {
 
 class Probe {
 public:
+    Probe() { frames.reserve(2 * timeline::SHOW_FRAMES); }
+
     ~Probe() {
         if (swaps != 0) {
             std::fprintf(stderr, "%u swaps, the first after %.2f s; peak memory %.1f MiB\n", swaps,
@@ -86,6 +92,9 @@ public:
                 scenes[i].print("scene " + std::to_string(i + 1));
             }
             show.print("show");
+            if (const char* pFolder = std::getenv("QUELAR_PACE")) {
+                write(pFolder);
+            }
         }
     }
 
@@ -97,9 +106,10 @@ public:
         } else {
             const double time = Seconds(now - last).count();
             const double elapsed = Seconds(now - start).count();
-            const auto* next = std::upper_bound(SCENE_STARTS.begin(), SCENE_STARTS.end(), elapsed);
-            scenes[next - SCENE_STARTS.begin() - 1].add(time, wait);
+            const auto ms = static_cast<unsigned int>(elapsed * 1000);
+            scenes[timeline::sceneOf(timeline::frameAt(ms))].add(time, wait);
             show.add(time, wait);
+            frames.push_back({elapsed, time - wait});
         }
         last = now;
         wait = 0;
@@ -108,13 +118,27 @@ public:
     void waited(double time) { wait += time; }
 
 private:
+    struct Frame {
+        double elapsed; ///< s, at its end
+        double work;    ///< s
+    };
+
+    void write(const std::string& folder) const {
+        std::ofstream file(folder + "/frames");
+        for (const Frame& frame : frames) {
+            file << frame.elapsed << ' ' << 1000 * frame.work << '\n';
+        }
+        writeSceneTable((folder + "/scenes").c_str());
+    }
+
     std::uint32_t swaps = 0;
     double firstFrame = 0;
     double wait = 0; ///< since the last swap
     Clock::time_point start;
     Clock::time_point last;
-    std::array<Stretch, SCENE_STARTS.size()> scenes;
+    std::array<Stretch, timeline::SCENES.size()> scenes;
     Stretch show;
+    std::vector<Frame> frames;
 };
 
 Probe probe;

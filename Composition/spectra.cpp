@@ -1,9 +1,13 @@
 // Plays the track the way the show does, an update every 15 ms, and holds its spectrum against what each
-// scene needs of it. Prints a row for every need; fails if one of them is not met.
+// scene needs of it. Prints a row for every need; fails if one of them is not met. Into a folder, if one is
+// named, it writes what a picture of it is drawn from: see check.
 
-#include "fmod.h"
-#include "fmod_clock.h"
-#include "fmod_errors.h"
+#include "Timeline.h"
+#include "sceneTable.h"
+
+#include <fmod.h>
+#include <fmod_clock.h>
+#include <fmod_errors.h>
 
 #include <algorithm>
 #include <array>
@@ -13,6 +17,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <fstream>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -20,33 +25,43 @@
 
 namespace {
 
-constexpr std::size_t bandCount = 16;
-constexpr int spectrumSize = 512;
-constexpr int updateMilliseconds = 15;
-constexpr double updateSeconds = updateMilliseconds / 1000.0;
+constexpr std::size_t BAND_COUNT = 16;
+constexpr int SPECTRUM_SIZE = 512;
+constexpr double UPDATE_SECONDS = timeline::FRAME_MS / 1000.0;
 
-constexpr double secondScene = 11.40;
-constexpr double thirdScene = 33.53;
-constexpr double fourthScene = 53.10;
-constexpr double fifthScene = 63.17;
-constexpr double sixthScene = 78.20;
-constexpr double lastFade = 88.20;
-constexpr double finish = 103.20;
+constexpr double shotSeconds(std::size_t scene, std::size_t shot = 0) {
+    return timeline::shotStart(scene, shot) * UPDATE_SECONDS;
+}
 
-using Bands = std::array<float, bandCount>;
+constexpr double SECOND_SCENE = shotSeconds(1);
+constexpr double THIRD_SCENE = shotSeconds(2);
+constexpr double FOURTH_SCENE = shotSeconds(3);
+constexpr double FIFTH_SCENE = shotSeconds(4);
+constexpr double SIXTH_SCENE = shotSeconds(5);
+constexpr double LAST_FADE = SIXTH_SCENE + 10;
+constexpr double FINISH = shotSeconds(6);
 
-// What the show makes of the track: the lowest bands at each of its updates, the first at 0 s.
+/// What the scenes hear: a beat in band 2, a wave or a launch in one of the lowest bands.
+constexpr std::size_t BEAT_BAND = 2;
+constexpr float BEAT = 0.25f;
+constexpr float LOUD = 0.2f;
+constexpr std::size_t LAST_WAVE_BAND = 7;
+constexpr std::size_t LAST_LAUNCH_BAND = 9;
+
+using Bands = std::array<float, BAND_COUNT>;
+
+/// What the show makes of the track: the lowest bands at each of its updates, the first at 0 s.
 struct Performance {
     std::vector<Bands> updates;
     double length = 0;
 
     std::size_t at(double seconds) const {
         return std::min(updates.size(),
-                        static_cast<std::size_t>(std::lround(std::max(0.0, seconds) / updateSeconds)));
+                        static_cast<std::size_t>(std::lround(std::max(0.0, seconds) / UPDATE_SECONDS)));
     }
 
-    // The largest magnitude among bands first to last.
-    float highest(std::size_t update, std::size_t first = 0, std::size_t last = bandCount - 1) const {
+    /// The largest magnitude among bands first to last.
+    float highest(std::size_t update, std::size_t first = 0, std::size_t last = BAND_COUNT - 1) const {
         const Bands& bands = updates[update];
         float result = 0;
         for (std::size_t band = first; band <= last; ++band) {
@@ -63,18 +78,18 @@ struct Performance {
         return result;
     }
 
-    // How much louder the bands have become since the update before: large where something is struck.
+    /// How much louder the bands have become since the update before: large where something is struck.
     float onset(std::size_t update) const {
         float result = 0;
-        for (std::size_t band = 0; band < bandCount; ++band) {
+        for (std::size_t band = 0; band < BAND_COUNT; ++band) {
             const float before = update == 0 ? 0 : updates[update - 1][band];
-            result += std::max(0.0F, updates[update][band] - before);
+            result += std::max(0.0f, updates[update][band] - before);
         }
         return result;
     }
 };
 
-// Updates in a row; begin is the first, end the one after the last.
+/// Updates in a row; begin is the first, end the one after the last.
 struct Run {
     std::size_t begin;
     std::size_t end;
@@ -106,14 +121,13 @@ Performance perform(const char* track) {
     performance.length = milliseconds / 1000.0;
     FMOD_CHANNEL* channel = nullptr;
     require(FMOD_System_PlaySound(system.get(), FMOD_CHANNEL_FREE, sound, 0, &channel));
-    std::array<float, spectrumSize> spectrum{};
-    const auto updates = static_cast<std::size_t>(std::lround(finish / updateSeconds));
-    while (performance.updates.size() < updates) {
-        showMicroseconds() += updateMilliseconds * 1000ULL;
-        require(FMOD_Channel_GetSpectrum(channel, spectrum.data(), spectrumSize, 0,
+    std::array<float, SPECTRUM_SIZE> spectrum{};
+    while (performance.updates.size() < timeline::SHOW_FRAMES) {
+        showMicroseconds() += timeline::FRAME_MS * 1000ULL;
+        require(FMOD_Channel_GetSpectrum(channel, spectrum.data(), SPECTRUM_SIZE, 0,
                                          FMOD_DSP_FFT_WINDOW_TRIANGLE));
         Bands bands{};
-        std::copy_n(spectrum.begin(), bandCount, bands.begin());
+        std::copy_n(spectrum.begin(), BAND_COUNT, bands.begin());
         performance.updates.push_back(bands);
     }
     return performance;
@@ -157,7 +171,7 @@ std::string number(double value, int digits) {
     return text.data();
 }
 
-// An accent is what is struck hardest in the second around a moment; it has to lie within 40 ms of it.
+/// An accent is what is struck hardest in the second around a moment; it has to lie within 40 ms of it.
 void accentRow(Table& table, const Performance& performance, const std::string& moment, double seconds) {
     std::size_t hardest = performance.at(seconds - 0.5);
     for (std::size_t update = hardest; update < performance.at(seconds + 0.5); ++update) {
@@ -165,16 +179,17 @@ void accentRow(Table& table, const Performance& performance, const std::string& 
             hardest = update;
         }
     }
-    const double distance = static_cast<double>(hardest) * updateSeconds - seconds;
+    const double distance = static_cast<double>(hardest) * UPDATE_SECONDS - seconds;
     table.row("accent within 40 ms of " + moment + " at " + number(seconds, 2) + " s",
               number(std::abs(distance) * 1000, 0) + " ms off, rises " +
                   number(performance.onset(hardest), 2),
-              std::abs(distance) <= 0.04 && performance.onset(hardest) >= 0.2F);
+              std::abs(distance) <= 0.04 && performance.onset(hardest) >= 0.2f);
 }
 
 void checkTitles(Table& table, const Performance& performance) {
     table.scene("Scene 1: titles");
-    const std::array<double, 5> cuts{0, 2.85, 5.70, 8.55, secondScene};
+    const std::array<double, 5> cuts{0, shotSeconds(0, 1), shotSeconds(0, 2), shotSeconds(0, 3),
+                                     SECOND_SCENE};
     for (std::size_t title = 0; title + 1 < cuts.size(); ++title) {
         accentRow(table, performance, title == 0 ? "the start" : "the cut", cuts[title]);
         const float accent = performance.highestBetween(cuts[title], cuts[title] + 0.1);
@@ -186,14 +201,14 @@ void checkTitles(Table& table, const Performance& performance) {
 
 void checkFlight(Table& table, const Performance& performance) {
     table.scene("Scene 2: spectrum spikes");
-    const std::size_t begin = performance.at(secondScene);
-    const std::size_t end = performance.at(thirdScene);
+    const std::size_t begin = performance.at(SECOND_SCENE);
+    const std::size_t end = performance.at(THIRD_SCENE);
     const auto updates = static_cast<double>(end - begin);
     double leastShare = 1;
     std::size_t leastBand = 0;
-    for (std::size_t band = 0; band < bandCount; ++band) {
-        const auto live = runsBetween(performance, secondScene, thirdScene, [&](std::size_t update) {
-            return performance.updates[update][band] >= 0.07F;
+    for (std::size_t band = 0; band < BAND_COUNT; ++band) {
+        const auto live = runsBetween(performance, SECOND_SCENE, THIRD_SCENE, [&](std::size_t update) {
+            return performance.updates[update][band] >= 0.07f;
         });
         double share = 0;
         for (const Run& run : live) {
@@ -217,11 +232,11 @@ void checkFlight(Table& table, const Performance& performance) {
     }
     table.row("highest spike of an update mostly 2 to 7 units", number(inside * 100, 1) + " % of the updates",
               inside > 0.6);
-    const float highest = 15 * performance.highestBetween(secondScene, thirdScene);
+    const float highest = 15 * performance.highestBetween(SECOND_SCENE, THIRD_SCENE);
     table.row("never above 10 units", number(highest, 1) + " at most", highest <= 10);
 
     // Spikes that follow the beat look the same a bar later: four cuts of two bars each.
-    const auto bar = static_cast<std::size_t>(std::lround((thirdScene - secondScene) / 8 / updateSeconds));
+    const auto bar = static_cast<std::size_t>(std::lround((THIRD_SCENE - SECOND_SCENE) / 8 / UPDATE_SECONDS));
     double variance = 0;
     double covariance = 0;
     for (std::size_t update = begin; update + bar < end; ++update) {
@@ -236,14 +251,14 @@ void checkFlight(Table& table, const Performance& performance) {
 void checkGreetings(Table& table, const Performance& performance) {
     table.scene("Scene 3: greetings");
     for (int greeting = 0; greeting < 7; ++greeting) {
-        accentRow(table, performance, "the greeting", thirdScene + 2.79 * greeting);
+        accentRow(table, performance, "the greeting", THIRD_SCENE + 2.79 * greeting);
     }
 }
 
 void checkFountains(Table& table, const Performance& performance) {
     table.scene("Scene 4: fountains");
-    const auto beats = runsBetween(performance, fourthScene, fifthScene, [&](std::size_t update) {
-        return performance.updates[update][2] >= 0.25F;
+    const auto beats = runsBetween(performance, FOURTH_SCENE, FIFTH_SCENE, [&](std::size_t update) {
+        return performance.updates[update][BEAT_BAND] >= BEAT;
     });
     table.row("10 to 28 beats of band 2 at 0.25 or more", std::to_string(beats.size()) + " beats",
               beats.size() >= 10 && beats.size() <= 28);
@@ -258,28 +273,28 @@ void checkFountains(Table& table, const Performance& performance) {
 
 void checkWaves(Table& table, const Performance& performance) {
     table.scene("Scene 5: waves in the ground");
-    const auto bursts = runsBetween(performance, fifthScene, sixthScene, [&](std::size_t update) {
-        return performance.highest(update, 0, 7) > 0.2F;
+    const auto bursts = runsBetween(performance, FIFTH_SCENE, SIXTH_SCENE, [&](std::size_t update) {
+        return performance.highest(update, 0, LAST_WAVE_BAND) > LOUD;
     });
     std::size_t good = 0;
     for (std::size_t burst = 0; burst < bursts.size(); ++burst) {
         const std::size_t next =
-            burst + 1 < bursts.size() ? bursts[burst + 1].begin : performance.at(sixthScene);
+            burst + 1 < bursts.size() ? bursts[burst + 1].begin : performance.at(SIXTH_SCENE);
         const bool isShort = bursts[burst].end - bursts[burst].begin <= 4;
         good += isShort && next - bursts[burst].end >= 6 ? 1 : 0;
     }
     table.row("bursts of at most 4 updates, then 6 quiet ones, for 4 of 5",
               std::to_string(good) + " of " + std::to_string(bursts.size()),
               !bursts.empty() && 5 * good >= 4 * bursts.size());
-    const double rate = static_cast<double>(bursts.size()) / (sixthScene - fifthScene);
+    const double rate = static_cast<double>(bursts.size()) / (SIXTH_SCENE - FIFTH_SCENE);
     table.row("several waves at once: 1 to 3 bursts a second", number(rate, 2) + " a second",
               rate >= 1 && rate <= 3);
 }
 
 void checkDescent(Table& table, const Performance& performance) {
     table.scene("Scene 6: descent");
-    const auto launches = runsBetween(performance, sixthScene, finish, [&](std::size_t update) {
-        return performance.highest(update, 0, 9) > 0.2F;
+    const auto launches = runsBetween(performance, SIXTH_SCENE, FINISH, [&](std::size_t update) {
+        return performance.highest(update, 0, LAST_LAUNCH_BAND) > LOUD;
     });
     std::size_t updates = 0;
     for (const Run& run : launches) {
@@ -288,32 +303,67 @@ void checkDescent(Table& table, const Performance& performance) {
     table.row("100 to 150 updates with one of bands 0 to 9 above 0.2", std::to_string(updates) + " updates",
               updates >= 100 && updates <= 150);
     const double first =
-        launches.empty() ? finish : static_cast<double>(launches.front().begin) * updateSeconds;
-    const double last = launches.empty() ? 0 : static_cast<double>(launches.back().end - 1) * updateSeconds;
-    table.row("the first of them within a second", number(first - sixthScene, 2) + " s",
-              first <= sixthScene + 1);
-    table.row("the last after the fifteenth second", number(last - sixthScene, 2) + " s",
-              last >= sixthScene + 15);
-    const auto flashes = runsBetween(performance, sixthScene, finish, [&](std::size_t update) {
-        return performance.updates[update][2] >= 0.25F;
+        launches.empty() ? FINISH : static_cast<double>(launches.front().begin) * UPDATE_SECONDS;
+    const double last = launches.empty() ? 0 : static_cast<double>(launches.back().end - 1) * UPDATE_SECONDS;
+    table.row("the first of them within a second", number(first - SIXTH_SCENE, 2) + " s",
+              first <= SIXTH_SCENE + 1);
+    table.row("the last after the fifteenth second", number(last - SIXTH_SCENE, 2) + " s",
+              last >= SIXTH_SCENE + 15);
+    const auto flashes = runsBetween(performance, SIXTH_SCENE, FINISH, [&](std::size_t update) {
+        return performance.updates[update][BEAT_BAND] >= BEAT;
     });
     table.row("band 2 flashes the frame", std::to_string(flashes.size()) + " flashes", !flashes.empty());
-    const std::array<float, 3> thirds{performance.highestBetween(lastFade, lastFade + 5),
-                                      performance.highestBetween(lastFade + 5, lastFade + 10),
-                                      performance.highestBetween(lastFade + 10, finish)};
+    const std::array<float, 3> thirds{performance.highestBetween(LAST_FADE, LAST_FADE + 5),
+                                      performance.highestBetween(LAST_FADE + 5, LAST_FADE + 10),
+                                      performance.highestBetween(LAST_FADE + 10, FINISH)};
     table.row("thins out with the fade, 5 s by 5 s",
               number(thirds[0], 2) + ", " + number(thirds[1], 2) + ", " + number(thirds[2], 2),
-              thirds[0] > thirds[1] && thirds[1] > thirds[2] && thirds[2] > 0.01F);
-    const float ending = performance.highestBetween(finish - 0.15, finish);
-    table.row("and is over when the picture is: below 0.02", number(ending, 3), ending < 0.02F);
+              thirds[0] > thirds[1] && thirds[1] > thirds[2] && thirds[2] > 0.01f);
+    const float ending = performance.highestBetween(FINISH - 0.15, FINISH);
+    table.row("and is over when the picture is: below 0.02", number(ending, 3), ending < 0.02f);
+}
+
+/// Several updates become one column of the picture, which has no room for more.
+constexpr std::size_t UPDATES_A_COLUMN = 5;
+
+/// Writes FOLDER/bands: seconds at the middle of a column, a band, and its largest magnitude there;
+/// FOLDER/heard: seconds, and what a scene hears then (1 a beat, 2 a wave, 3 a launch).
+void writeFigures(const Performance& performance, const std::string& folder) {
+    std::ofstream bands(folder + "/bands");
+    for (std::size_t first = 0; first < performance.updates.size(); first += UPDATES_A_COLUMN) {
+        const std::size_t end = std::min(first + UPDATES_A_COLUMN, performance.updates.size());
+        const double middle = static_cast<double>(2 * first + UPDATES_A_COLUMN) / 2 * UPDATE_SECONDS;
+        for (std::size_t band = 0; band < BAND_COUNT; ++band) {
+            float most = 0;
+            for (std::size_t update = first; update < end; ++update) {
+                most = std::max(most, performance.updates[update][band]);
+            }
+            bands << middle << ' ' << band << ' ' << most << '\n';
+        }
+    }
+    std::ofstream heard(folder + "/heard");
+    for (std::size_t update = performance.at(FOURTH_SCENE); update < performance.updates.size(); ++update) {
+        const std::size_t scene = timeline::sceneOf(static_cast<unsigned int>(update));
+        const std::array<bool, 3> hears{
+            performance.updates[update][BEAT_BAND] >= BEAT,
+            scene == 4 && performance.highest(update, 0, LAST_WAVE_BAND) > LOUD,
+            scene == 5 && performance.highest(update, 0, LAST_LAUNCH_BAND) > LOUD,
+        };
+        for (std::size_t kind = 0; kind < hears.size(); ++kind) {
+            if (hears[kind]) {
+                heard << static_cast<double>(update) * UPDATE_SECONDS << ' ' << kind + 1 << '\n';
+            }
+        }
+    }
+    writeSceneTable((folder + "/scenes").c_str());
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     try {
-        if (argc != 2) {
-            std::fputs("Usage: spectra TRACK.mp3\n", stderr);
+        if (argc < 2 || argc > 3) {
+            std::fputs("Usage: spectra TRACK.mp3 [FOLDER]\n", stderr);
             return 2;
         }
         const Performance performance = perform(argv[1]);
@@ -327,6 +377,9 @@ int main(int argc, char** argv) {
         table.scene("The track");
         table.row("104 to 107 s long", number(performance.length, 3) + " s",
                   performance.length >= 104 && performance.length <= 107);
+        if (argc == 3) {
+            writeFigures(performance, argv[2]);
+        }
         return table.allMet() ? EXIT_SUCCESS : EXIT_FAILURE;
     } catch (const std::exception& problem) {
         std::fprintf(stderr, "spectra: %s\n", problem.what());

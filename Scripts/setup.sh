@@ -77,6 +77,9 @@ build() {
     cmake --build "$build_folder" -j "$(nproc)" ${1:+--target "$@"} >"$log" 2>&1 || { cat "$log" >&2; return 1; }
 }
 
+# figure PLAN FOLDER PICTURE: draws a picture by a plan for gnuplot, of the numbers in the folder.
+figure() { gnuplot -e "style='$root/Scripts/figure.gp'; folder='$2'; picture='$3'" "$1"; }
+
 # Whether anything here could be heard: a sound card, or a sound server, which may be another machine's.
 has_sound() {
     compgen -G '/dev/snd/pcm*p' >/dev/null || [[ -S ${XDG_RUNTIME_DIR:-/nonexistent}/pulse/native ]] ||
