@@ -31,11 +31,12 @@ set cbrange [0:0.5]
 set palette defined (0 "#0d0f14", 0.03 "#12234a", 0.14 "#2a5fa8", 0.4 "#5fb4ff", 0.6 "#ffd08a", 1 "#fff6e6") maxcolors 24
 set colorbox horizontal user origin screen 0.865, 0.967 size screen 0.12, 0.012 noborder
 set cbtics 0, 0.25, 0.5 textcolor rgb QUIET offset 0, 0.4 scale 0
-unset colorbox
+set label 2 "magnitude" at screen 0.855, 0.973 right textcolor rgb QUIET
 plot folder."/bands" using 1:2:3 with image, \
      scenes(1) using 1:(-0.5):(0):(16) with vectors nohead linewidth 1.5 linecolor rgb LIGHT, \
      scenes(0) using 1:(-0.5):(0):(16) with vectors nohead dashtype 3 linecolor rgb QUIET
 
+unset label 2
 # ---- what the scenes make of them
 set tmargin at screen 0.22
 set bmargin at screen 0.07
