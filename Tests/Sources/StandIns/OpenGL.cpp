@@ -5,6 +5,7 @@
 
 #include <Stage.h>
 #include <cstring>
+#include <string>
 
 namespace {
 GLuint names = 0; // of objects of all kinds, so that none passes for another
