@@ -4,7 +4,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 references=$root/Tests/Picture/references
 
 # Seconds into the show: two or three of each scene.
-moments=(1 4.5 9.6 14 24.3 30 41 52 55.3 61.2 66.5 74 83 88.5 95)
+moments=(1 4.5 7 9.6 14 24.3 30 41 52 55.3 61.2 66.5 74 83 88.5 95)
 
 # record_stills FOLDER DATA SIZE SECONDS...: writes FOLDER/SECONDS.png for each moment.
 record_stills() {
