@@ -53,32 +53,39 @@ struct Listener {
         voice = std::make_unique<Voice>(channel);
     }
 
-    /// Lets the device play on, by 10 ms each time. Returns whether the channel goes on.
-    bool steps(int count) {
-        for (; count > 0; --count) {
-            if (!voice->update()) {
-                return false;
-            }
-            voice->report();
-            const std::vector<Speakers> more = room.hear(441);
-            heard.insert(heard.end(), more.begin(), more.end());
-            now += 10000;
-        }
-        return true;
+    /// Lets the device play on for 10 ms. Returns whether the channel goes on.
+    bool step() {
+        const bool goesOn = voice->update();
+        voice->report();
+        hear(441);
+        now += 10000;
+        return goesOn;
     }
 
-    /// How many frames were heard as they stand in the track from the one numbered first, with quiet behind
-    /// it, all of them from the front. Forgets them.
-    long frames(std::int64_t first) {
+    void hear(int frames) {
+        const std::vector<Speakers> more = room.hear(frames);
+        heard.insert(heard.end(), more.begin(), more.end());
+    }
+
+    /// Says how many frames since the last such question were heard as they stand in the track from the one
+    /// numbered first, from the front speakers only.
+    long heardFrom(std::int64_t first) {
         std::vector<Frame> expected(heard.size());
         channel->getTrack().copy(first, expected.size(), expected.data());
         const auto same = [](const Speakers& speakers, const Frame& frame) {
             return speakers == Speakers{frame.left, frame.right, 0, 0};
         };
-        const auto end = std::mismatch(heard.begin(), heard.end(), expected.begin(), same).first;
-        const long count = end - heard.begin();
-        heard.clear();
-        return count;
+        const std::vector<Speakers> all = std::exchange(heard, {});
+        return std::mismatch(all.begin(), all.end(), expected.begin(), same).first - all.begin();
+    }
+
+    /// So many steps, during which the track is heard from a frame on, up to a place in microseconds.
+    void expect(int steps, std::int64_t first, std::int64_t place) {
+        for (int i = 0; i < steps; ++i) {
+            EXPECT_TRUE(step());
+        }
+        EXPECT_EQ(heardFrom(first), steps * 441) << first;
+        EXPECT_NEAR(channel->getPosition(), place, 2) << first;
     }
 
     Room room;
@@ -87,7 +94,7 @@ struct Listener {
     std::vector<Speakers> heard;
 };
 
-constexpr long SILENCE_FROM = 1000000000; ///< where no track has a frame
+constexpr std::int64_t SILENCE = 1000000000; ///< where no track has a frame
 
 } // namespace
 
@@ -97,57 +104,47 @@ TEST(Voice, PlaysEveryFrameAtItsTimeWhateverTheRateAndTheWayToTheEar) {
         Listener listener(channelOf(encode("tone.mp3", tone, rate * 3 / 2, rate)));
         listener.room.latency = latency * 1000000LL;
         for (int time = 10; time < 1510 + latency; time += 10) {
-            ASSERT_TRUE(listener.steps(1)) << rate << ' ' << time;
+            ASSERT_TRUE(listener.step()) << rate << ' ' << time;
             ASSERT_NEAR(listener.channel->getPosition(), std::max(0, time - latency) * 1000, 20) << rate;
         }
-        EXPECT_FALSE(listener.steps(2)) << "all has reached the ear";
+        EXPECT_FALSE(listener.step() && listener.step()) << "all has reached the ear";
         for (int i = 2000; i < 64000; ++i) {
             ASSERT_NEAR(listener.heard[i][0], 32767 * tone(i / 44100.0)[0], 2500) << rate << ' ' << i;
         }
-        if (rate == 44100) {
-            EXPECT_EQ(listener.frames(0), 153 * 441);
-        }
+        EXPECT_TRUE(rate != 44100 || listener.heardFrom(0) >= 153 * 441);
     }
 }
 
 TEST(Voice, DoesWhatItsChannelIsTold) {
     Listener listener(channelOf(encode("rising.mp3", rising, 5 * 44100), true, true));
     Channel& channel = *listener.channel;
-    EXPECT_TRUE(listener.steps(1));
-    EXPECT_EQ(listener.frames(SILENCE_FROM), 441) << "it starts paused";
+    listener.expect(1, SILENCE, 0);
     channel.setPaused(false);
-    listener.steps(10);
-    EXPECT_EQ(listener.frames(0), 4410);
+    listener.expect(10, 0, 100000);
     channel.setPaused(true);
-    listener.steps(10);
-    EXPECT_EQ(channel.getPosition(), 100000);
-    EXPECT_EQ(listener.frames(SILENCE_FROM), 4410);
+    listener.expect(10, SILENCE, 100000);
     channel.setPaused(false);
-    listener.steps(10);
-    EXPECT_EQ(listener.frames(4410), 4410) << "it goes on where it was held";
-    EXPECT_NEAR(channel.getPosition(), 200000, 2);
+    listener.expect(10, 4410, 200000);
     channel.setPosition(2000000);
     listener.voice->report();
     now += 1000;
     EXPECT_EQ(channel.getPosition(), 2000000) << "the device has not been told yet";
-    listener.steps(10);
-    EXPECT_EQ(listener.frames(88200), 4410);
-    EXPECT_NEAR(channel.getPosition(), 2100000, 2);
-    // Nobody supplies the device for a second: it plays what it has, then waits. So does the channel in the
-    // end.
+    listener.expect(10, 88200, 2100000);
+    // Nobody supplies the device for a second. It plays what it has, four portions, and waits; so does the
+    // channel, which has gone on meanwhile, until the device comes to where it is.
     now += 1000000;
-    listener.heard = listener.room.hear(44100);
-    EXPECT_EQ(listener.frames(92610), 4 * 4096 - 4410) << "four portions, less what was played";
+    listener.hear(44100);
+    EXPECT_EQ(listener.heardFrom(92610), 4 * 4096 - 4410);
     std::int64_t last = channel.getPosition();
-    for (int step = 0; step < 90; ++step) {
-        ASSERT_TRUE(listener.steps(1));
+    for (int i = 0; i < 90; ++i) {
+        ASSERT_TRUE(listener.step());
         ASSERT_GE(channel.getPosition(), last) << "never backwards";
         last = channel.getPosition();
     }
-    EXPECT_EQ(listener.frames(88200 + 4 * 4096), 90 * 441);
+    EXPECT_EQ(listener.heardFrom(88200 + 4 * 4096), 90 * 441);
     EXPECT_NEAR(last, 2000000 + 4 * 4096 / 0.0441 + 900000, 2);
     channel.stop();
-    EXPECT_FALSE(listener.steps(1));
+    EXPECT_FALSE(listener.step());
 }
 
 TEST(Voice, WaitsForTheDecoder) {
@@ -156,13 +153,14 @@ TEST(Voice, WaitsForTheDecoder) {
     Listener listener(channelOf(path, false));
     const Track& track = listener.channel->getTrack();
     EXPECT_TRUE(happens([&] { return decodable == 0 && track.getDecoded() > 8192; }));
-    EXPECT_TRUE(listener.steps(50));
-    EXPECT_EQ(listener.frames(0), 8192) << "whole portions only";
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_TRUE(listener.step());
+    }
+    EXPECT_EQ(listener.heardFrom(0), 8192) << "whole portions only";
     EXPECT_LE(listener.channel->getPosition(), 190000);
     decodable = INT_MAX;
     EXPECT_TRUE(happens([&] { return track.isComplete(); }));
-    EXPECT_TRUE(listener.steps(50));
-    EXPECT_EQ(listener.frames(8192), 50 * 441);
+    listener.expect(50, 8192, 8192 / 0.0441 + 500000);
 }
 
 TEST(Voice, GivesBackWhatItTakes) {

@@ -50,7 +50,7 @@ ALCdevice* alcOpenDevice(const ALCchar* name) {
     if (Room::present == nullptr) {
         return real(alcOpenDevice, "alcOpenDevice")(name);
     }
-    return Room::present->device = Room::present->hasDevice ? alcLoopbackOpenDeviceSOFT(nullptr) : nullptr;
+    return Room::present->device = alcLoopbackOpenDeviceSOFT(nullptr);
 }
 
 ALCcontext* alcCreateContext(ALCdevice* device, const ALCint* attributes) {

@@ -27,7 +27,6 @@ public:
     std::vector<Speakers> hear(int frames) const;
 
     static Room* present;
-    bool hasDevice = true;
     std::function<bool()> isConnected = [] { return true; }; ///< asked by the thread of the device
     std::int64_t latency = 0;                                ///< nanoseconds from the mixer to the ear
     ALCdevice* device = nullptr;

@@ -55,10 +55,11 @@ TEST(Track, HasTheLengthAndTheSoundOfItsSourceWhateverItsKind) {
         EXPECT_EQ(Track(path, false).getLength(), samples) << rate << options;
         EXPECT_EQ(track.getRate(), rate);
         EXPECT_EQ(std::pair(track.isOver(samples - 1), track.isOver(samples)), std::pair(false, true));
-        for (const int outside : {-9, samples}) {
-            EXPECT_EQ(soundOf(track, outside, 9)[8].left, 0);
+        for (const Frame& frame : soundOf(track, samples, 9)) {
+            EXPECT_EQ(frame.left, 0) << "behind its end";
         }
         const std::vector<Frame> frames = soundOf(track, -5, samples);
+        EXPECT_EQ(frames[0].left, 0) << "before its beginning";
         for (int i = 2000; i < samples - 2000; ++i) {
             ASSERT_NEAR(frames[i].left, height * 32767 * tone((i - 5.0) / rate)[0], 2000) << rate << ' ' << i;
             ASSERT_NEAR(frames[i].right, height < 1 ? frames[i].left : 0, 700) << rate << ' ' << i;
