@@ -39,6 +39,7 @@ std::vector<Speakers> Room::hear(int frames) const {
     std::vector<std::array<float, 4>> levels(frames);
     alcRenderSamplesSOFT(device, levels.data(), frames);
     std::vector<Speakers> heard;
+    heard.reserve(levels.size());
     for (const auto& [fl, fr, rl, rr] : levels) {
         heard.push_back({std::lround(fl * 32768), std::lround(fr * 32768), std::lround(rl * 32768),
                          std::lround(rr * 32768)});

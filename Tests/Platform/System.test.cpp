@@ -55,15 +55,22 @@ TEST(Handle, IsRefusedByEveryCallWhenNullForeignOrOver) {
     EXPECT_THAT(FMOD_ERR_HANDLE, refuses(channel, system, sound));
     EXPECT_EQ(FMOD_System_PlaySound(Player().system, free, sound, 0, &newChannel), FMOD_ERR_HANDLE);
     // The handles are right, something else is not.
+    auto* const wishes = reinterpret_cast<FMOD_CREATESOUNDEXINFO*>(&number);
     const auto wrong = AllOf(
         FMOD_System_Create(nullptr), FMOD_System_Init(system, 0, 0, nullptr),
-        FMOD_System_Init(system, 4097, 0, nullptr),
+        FMOD_System_Init(system, 4097, 0, nullptr), FMOD_System_Init(system, 10, 1, nullptr),
+        FMOD_System_Init(system, 10, 0, &number),
         FMOD_System_CreateStream(system, path, MODE, nullptr, nullptr),
         FMOD_System_CreateStream(system, nullptr, MODE, nullptr, &newSound),
+        FMOD_System_CreateStream(system, path, MODE | 2, nullptr, &newSound),
+        FMOD_System_CreateStream(system, path, MODE, wishes, &newSound),
         FMOD_System_PlaySound(system, free, sound, 0, nullptr), FMOD_Sound_GetLength(sound, nullptr, ms),
+        FMOD_System_PlaySound(system, static_cast<FMOD_CHANNELINDEX>(0), sound, 0, &newChannel),
+        FMOD_Sound_GetLength(sound, &place, 2), FMOD_Channel_GetPosition(channel, &place, 2),
         FMOD_Sound_GetName(sound, nullptr, 8), FMOD_Sound_GetName(sound, &letter, 0),
         FMOD_Channel_GetPaused(channel, nullptr), FMOD_Channel_SetLoopCount(channel, -2),
         FMOD_Channel_GetPosition(channel, nullptr, ms), FMOD_Channel_SetPosition(channel, 1001, ms),
+        FMOD_Channel_SetPosition(channel, 0, 2),
         FMOD_Channel_GetSpectrum(channel, nullptr, 512, 0, triangle));
     EXPECT_THAT(FMOD_ERR_ARGUMENT, wrong);
     // None of all that has written anything, but the zeroes, or touched what is alive.
@@ -85,6 +92,7 @@ TEST(Handle, IsRefusedByEveryCallWhenNullForeignOrOver) {
 
 TEST(Handle, MayBeGivenBackInAnyOrder) {
     const std::string tone = encode("tone.mp3", sineLeft(1000), 44100);
+    const auto before = openFiles();
     for (int order = 0; order < 8; ++order) {
         const Player player(order < 4 ? supplied : REAL_TIME);
         FMOD_SOUND* const sound = player.load(tone);
@@ -105,6 +113,7 @@ TEST(Handle, MayBeGivenBackInAnyOrder) {
         EXPECT_EQ(FMOD_Sound_Release(sound), FMOD_ERR_HANDLE);
         EXPECT_EQ(position(channel), OVER);
     }
+    EXPECT_EQ(openFiles(), before);
 }
 
 TEST(Error, IsPutIntoWords) {

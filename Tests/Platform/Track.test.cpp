@@ -111,7 +111,7 @@ TEST(Track, IsNamedByItsTitleInUtf8OrByItsFile) {
     EXPECT_EQ(nameOf("", ""), "named.mp3");
     EXPECT_EQ(nameOf("", old("  Night  ")), "  Night");
     EXPECT_EQ(nameOf("", old("Night\0more"s)), "Night");
-    EXPECT_EQ(nameOf("", old("J\xFCli \xBF\xC0\x7F")), "Jüli ¿À\x7F");
+    EXPECT_EQ(nameOf("", old("J\xFCli \xBF\xC0\x7F\x80")), "Jüli ¿À\x7F\xC2\x80");
     EXPECT_EQ(nameOf("", old(std::string(30, 'x'))), std::string(30, 'x'));
     EXPECT_EQ(nameOf("", old("    ")), "named.mp3");
     EXPECT_EQ(nameOf(tag("TIT2", 0, "J\xFCli"), old("Old")), "Jüli");
@@ -128,8 +128,7 @@ TEST(Track, IsNamedByItsTitleInUtf8OrByItsFile) {
 TEST(Track, IsRefusedForAReasonAndLeavesNothingOpen) {
     const std::string good = read(encode("good.mp3", sineLeft(1000), 44100));
     ::mkfifo((folder.path + "pipe").c_str(), 0600);
-    const auto open = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
-    const auto before = open();
+    const auto before = openFiles();
     for (const auto& [path, expected] : std::vector<std::pair<std::string, FMOD_RESULT>>{
              {folder.path + "nowhere.mp3", FMOD_ERR_FILE_MISSING},
              {folder.path + "good.mp3/below.mp3", FMOD_ERR_FILE_MISSING},
@@ -146,7 +145,7 @@ TEST(Track, IsRefusedForAReasonAndLeavesNothingOpen) {
         EXPECT_EQ(FMOD_System_CreateStream(player.system, path.c_str(), MODE, nullptr, &sound), expected)
             << path;
     }
-    EXPECT_EQ(open(), before);
+    EXPECT_EQ(openFiles(), before);
 }
 
 TEST(Track, IsPlayedAsFarAsItGoesWhenDamaged) {
