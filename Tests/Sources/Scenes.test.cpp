@@ -255,12 +255,12 @@ TEST_P(Scenes, followTheirScriptsFrameByFrame) {
         }
         ASSERT_EQ(pDrawing, stage.drawings.data() + stage.drawings.size());
     };
-    calls();
+    stage.calls.clear();
     ASSERT_NO_FATAL_FAILURE(expectDrawn(0));
-    EXPECT_EQ(calls(" Disable Enable BlendFunc "),
-              script.decay != 0 ? "Disable DEPTH_TEST; Enable BLEND; BlendFunc 770 1; Disable BLEND; Enable "
-                                  "DEPTH_TEST; "
-                                : "");
+    EXPECT_EQ(calls(" glDisable glEnable glBlendFunc "),
+              script.decay == 0
+                  ? ""
+                  : "glDisable 2929; glEnable 3042; glBlendFunc 770 1; glDisable 3042; glEnable 2929; ");
     const Ms start = 0xFFFFFFFF - 6000; // across the wrap of the clock
     float fade = 0;
     float pulse = 0;
@@ -317,7 +317,7 @@ TEST_P(Scenes, followTheirScriptsFrameByFrame) {
         ASSERT_FLOAT_EQ(pScene->getFadeValue(), fade);
         ASSERT_NEAR(pScene->getPulseValue(), pulse, 1e-6);
         ASSERT_NO_FATAL_FAILURE(model.expectAlike(grid));
-        calls();
+        stage.calls.clear();
         pScene->setSceneRender();
         EXPECT_EQ(stage.calls.size(), 2U);
         const auto [x, y, z] = between(move->eyeFrom, move->eyeTo, t);
@@ -358,9 +358,9 @@ TEST_F(SceneSadSpectrumGreets, greetingsAreArmedOnceForTheLifeOfTheProgram) {
         std::string counts;
         for (const Ms time : times) {
             EXPECT_TRUE(update(*pScene, 5000 + time));
-            calls();
+            stage.calls.clear();
             pScene->draw(nullptr);
-            counts += call("", calls(" PushMatrix ").size() / 12);
+            counts += call("", calls(" glPushMatrix ").size() / 14);
         }
         return counts;
     };
@@ -376,7 +376,7 @@ TEST_F(SceneSadSpectrumGreets, greetingsAreArmedOnceForTheLifeOfTheProgram) {
 }
 
 TEST_F(SceneManagers, handTheLatticeOnToTheNextScene) {
-    calls();
+    calls("");
     const std::ptrdiff_t before = living;
     {
         SceneManager manager;

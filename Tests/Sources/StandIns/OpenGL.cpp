@@ -110,7 +110,7 @@ void glBindTexture(GLenum target, GLuint name) { stage.note(__func__, target, na
 void glTexParameterf(GLenum target, GLenum name, GLfloat v) { stage.note(__func__, target, name, v); }
 void glTexImage2D(GLenum target, GLint level, GLint inside, GLsizei w, GLsizei h, GLint border, GLenum format,
                   GLenum type, const void* pixels) {
-    std::string texels;
+    std::string texels = pixels != nullptr ? "of" : "empty";
     for (int i = 0; pixels != nullptr && i < 4 * w * h; ++i) {
         texels += " " + std::to_string(static_cast<const GLubyte*>(pixels)[i]);
     }

@@ -4,8 +4,9 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <iostream>
-#include <map>
+#include <regex>
 
 int host::start(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
@@ -95,45 +96,62 @@ std::string OnStage::take(std::ostringstream& stream) {
 }
 
 std::string OnStage::calls(const std::string& names) {
-    static const std::map<std::string, std::string> CONSTANTS = {
-        {"1281", "VALUE"},      {"2884", "CULL_FACE"},     {"2929", "DEPTH_TEST"},   {"3042", "BLEND"},
-        {"3553", "TEXTURE_2D"}, {"5121", "UNSIGNED_BYTE"}, {"5125", "UNSIGNED_INT"}, {"5126", "FLOAT"},
-        {"5888", "MODELVIEW"},  {"5889", "PROJECTION"},    {"6402", "DEPTH"},        {"6408", "RGBA"},
-        {"9729", "LINEAR"},     {"10241", "MIN_FILTER"},   {"16640", "COLOR|DEPTH"}, {"32856", "RGBA8"},
-        {"32884", "VERTICES"},  {"32886", "COLOURS"},      {"35632", "FRAGMENT"},    {"35633", "VERTEX"},
-        {"36064", "COLOR0"},    {"36160", "FRAMEBUFFER"},  {"36161", "RENDERBUFFER"}};
-    std::string story;
-    for (const std::string& line : std::exchange(stage.calls, {})) {
-        std::istringstream words(line.substr(line.substr(0, 2) == "gl" && line[2] < 'a' ? 2 : 0));
-        std::string word;
-        words >> word;
-        if (names.empty() || names.find(" " + word + " ") != std::string::npos) {
-            story += word;
-            while (words >> word) {
-                story += ' ' + (CONSTANTS.count(word) != 0 ? CONSTANTS.at(word) : word);
-            }
-            story += "; ";
-        }
+    std::string line;
+    for (const std::string& call : std::exchange(stage.calls, {})) {
+        const bool named = names.find(" " + call.substr(0, call.find(' ')) + " ") != std::string::npos;
+        line += named ? call + "; " : "";
     }
-    return story;
+    return line;
 }
 
-std::string OnStage::checks(const std::function<void()>& action) {
-    const std::string error = "Invalid operation in '";
-    std::string labels;
-    for (std::size_t n = 0;; ++n) {
+/// The lines of a part of stories.txt.
+static std::vector<std::string> linesOf(const std::string& part) {
+    std::ifstream file("Tests/Sources/stories.txt");
+    std::vector<std::string> lines;
+    bool here = false;
+    for (std::string line; std::getline(file, line);) {
+        here = line[0] == '#' ? line == "# " + part : here;
+        if (here && !line.empty() && line[0] != '#') {
+            lines.push_back(line);
+        }
+    }
+    return lines;
+}
+
+void OnStage::expectStory(const std::string& part) {
+    std::string story;
+    std::string wanted;
+    for (std::string& call : std::exchange(stage.calls, {})) {
+        story += call + "\n";
+    }
+    for (const std::string& constant : linesOf("Constants of OpenGL")) {
+        const std::size_t name = constant.find(' ');
+        story = std::regex_replace(story, std::regex(" " + constant.substr(0, name) + "\\b"),
+                                   constant.substr(name));
+    }
+    for (const std::string& line : linesOf(part)) {
+        wanted += line + "\n";
+    }
+    EXPECT_EQ(story + out() + err(), wanted);
+}
+
+void OnStage::tellChecks(const std::function<void()>& action) {
+    std::vector<std::string> told = std::exchange(stage.calls, {});
+    bool thrown = true;
+    for (std::size_t n = 0; thrown; ++n) {
         stage.errorChecks = 0;
         stage.errors.assign(n, GL_NO_ERROR);
         stage.errors.push_back(GL_INVALID_OPERATION);
         try {
             action();
-            return stage.errorChecks == n ? labels : labels + "unnoticed";
+            thrown = false;
         } catch (const GLErrorException& exception) {
-            labels += exception.what();
-            labels.replace(labels.rfind(error), error.size(), "");
+            told.emplace_back(exception.what());
         }
-        stage.places.resize(1);
     }
+    stage.calls = told;
+    out();
+    err();
 }
 
 OnStage::OnStage() : pOut(std::cout.rdbuf(printed.rdbuf())), pErr(std::cerr.rdbuf(reported.rdbuf())) {

@@ -20,11 +20,11 @@
 #include <vector>
 
 /// A call as it stands in the list of calls: the name and the arguments that matter.
-template <typename... Arguments>
-std::string call(const std::string& name, const Arguments&... arguments) {
+template <typename First, typename... Others>
+std::string call(const First& first, const Others&... others) {
     std::ostringstream text;
-    text << name;
-    ((text << ' ' << arguments), ...);
+    text << first;
+    ((text << ' ' << others), ...);
     return text.str();
 }
 
@@ -80,7 +80,7 @@ struct Stage {
             follow(name, {static_cast<double>(arguments)...});
         }
         if (listening) {
-            calls.push_back(call(std::string(name), arguments...));
+            calls.push_back(call(name, arguments...));
         }
         if (hashing) {
             mix(name);
@@ -106,6 +106,12 @@ private:
 
 inline Stage stage;
 
+/// Adds a line to the story.
+template <typename... Arguments>
+void tell(const Arguments&... arguments) {
+    stage.calls.push_back(call(arguments...));
+}
+
 inline std::size_t allocations = 0; ///< by operator new since the program began
 inline std::ptrdiff_t living = 0;   ///< of them, those that have not been deleted
 
@@ -118,11 +124,12 @@ protected:
     static std::string out() { return take(printed); }
     static std::string err() { return take(reported); }
     static std::vector<Drawing> drawings() { return std::exchange(stage.drawings, {}); }
-    /// The calls as one line, all of them or those of the names in a list with spaces around each. OpenGL's
-    /// names without gl, its greater constants by name.
-    static std::string calls(const std::string& names = "");
-    /// The places where the action checks for errors of OpenGL.
-    static std::string checks(const std::function<void()>& action);
+    /// The calls, those of the names in a list with spaces around each, in a line.
+    static std::string calls(const std::string& names);
+    /// Holds what was called, told and printed against that part of stories.txt.
+    static void expectStory(const std::string& part);
+    /// Tells where the action checks for errors of OpenGL.
+    static void tellChecks(const std::function<void()>& action);
 
 private:
     static std::string take(std::ostringstream& stream);
