@@ -38,6 +38,6 @@ void main() {
     vec3 clear = (1.0 + rise + close) * white * gl_Color.rgb;
     vec3 deep = (1.8 - 0.8 * brightest) * gl_Color.rgb * gl_Color.rgb / max(brightest, 0.001);
     vec3 light = mix(deep, clear, cold);
-    light *= 1.0 + 1.3 * beat * (1.0 - gl_Color.rgb);
+    light *= 1.0 + 1.8 * beat * (1.0 - 0.7 * brightest); // up to white
     gl_FrontColor = vec4(light * fade * sight * sight, gl_Color.a);
 }
