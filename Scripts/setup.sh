@@ -1,5 +1,6 @@
 # What every script at the top starts with: where the repository is, its packages, its build.
 # Sourced by bash, from any current directory.
+# shellcheck shell=bash
 set -euo pipefail
 
 # The place itself, whatever links lead there: the build knows it by that name.
@@ -38,7 +39,8 @@ missing_packages() {
 need_packages() {
     local -a missing become_root=()
     if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
-        say "No apt here; if the build fails, install the likes of these Debian packages:" $(packages "$@")
+        say "No apt here; if the build fails, install the likes of these Debian packages:" \
+            "$(packages "$@" | paste -sd ' ')"
         return 0
     fi
     mapfile -t missing < <(missing_packages "$@")
