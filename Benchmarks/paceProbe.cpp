@@ -82,7 +82,7 @@ struct Stretch {
 
 class Probe {
 public:
-    Probe() { frames.reserve(2 * timeline::SHOW_FRAMES); }
+    Probe() { frames.reserve(std::size_t{2} * timeline::SHOW_FRAMES); }
 
     ~Probe() {
         if (swaps != 0) {
