@@ -29,7 +29,8 @@ EGLDisplay openDisplay() {
 
 } // namespace
 
-Canvas::Canvas(const FrameSize& size) : size(size), display(openDisplay()) {
+Canvas::Canvas(const FrameSize& size, const FrameSize& frameSize)
+    : size(size), frameSize(frameSize), display(openDisplay()) {
     constexpr std::array<EGLint, 15> PIXELS = {EGL_SURFACE_TYPE,
                                                EGL_PBUFFER_BIT,
                                                EGL_RENDERABLE_TYPE,
@@ -68,9 +69,32 @@ Canvas::~Canvas() {
     eglTerminate(display);
 }
 
-void Canvas::read(unsigned char* pixels) const {
-    glReadPixels(0, 0, static_cast<GLsizei>(size.width), static_cast<GLsizei>(size.height), GL_BGRA,
-                 GL_UNSIGNED_BYTE, pixels);
+void Canvas::read(unsigned char* pixels) {
+    const auto width = static_cast<GLsizei>(frameSize.width);
+    const auto height = static_cast<GLsizei>(frameSize.height);
+    if (frameSize.width != size.width) {
+        average(width, height);
+    }
+    glReadPixels(0, 0, width, height, GL_BGRA, GL_UNSIGNED_BYTE, pixels);
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+}
+
+void Canvas::average(int width, int height) {
+    if (averaged == 0) {
+        unsigned int colours = 0;
+        glGenRenderbuffers(1, &colours);
+        glBindRenderbuffer(GL_RENDERBUFFER, colours);
+        glRenderbufferStorage(GL_RENDERBUFFER, GL_RGBA8, width, height);
+        glBindRenderbuffer(GL_RENDERBUFFER, 0);
+        glGenFramebuffers(1, &averaged);
+        glBindFramebuffer(GL_DRAW_FRAMEBUFFER, averaged);
+        glFramebufferRenderbuffer(GL_DRAW_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, colours);
+    }
+    // At half the size each linear read falls on the corner where four pixels meet.
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, averaged);
+    glBlitFramebuffer(0, 0, static_cast<GLint>(size.width), static_cast<GLint>(size.height), 0, 0, width,
+                      height, GL_COLOR_BUFFER_BIT, GL_LINEAR);
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, averaged);
 }
 
 void Canvas::setDrawing(bool on) {

@@ -1,5 +1,7 @@
 #include "ContactSheet.h"
 
+#include "Timeline.h"
+#include "VideoFormat.h"
 #include "describe.h"
 
 #include <algorithm>
@@ -17,9 +19,7 @@ constexpr std::uintmax_t MOST_BYTES = 400000;
 // How far into its scene each picture of a row is: away from the ends and the middle, where scenes are dark.
 constexpr std::array<unsigned int, 3> PERCENT = {30, 60, 85};
 
-using Arguments = std::vector<std::string>;
-
-// Ways to write the sheet, the best looking first, each smaller than the one before.
+/// Ways to write the sheet, the best looking first, each smaller than the one before.
 std::vector<Arguments> waysToWrite(bool asPng) {
     std::vector<Arguments> ways;
     if (asPng) {
@@ -51,12 +51,13 @@ ContactSheet::ContactSheet(const std::string& file, const std::string& folder)
 
 void ContactSheet::open(const FrameSize& size) {
     const std::string grid = std::to_string(PER_SCENE) + "x" + std::to_string(COUNT / PER_SCENE);
-    Arguments arguments = frameInput(size);
-    arguments.insert(
-        arguments.end(),
-        {"-vf", "vflip,scale='min(320,iw)':-1:flags=area,tile=" + grid + ":margin=4:padding=4:color=0x202020",
-         "-frames:v", "1", "-pix_fmt", "rgb24", "-c:v", "png", "-f", "image2pipe"});
-    encoder = std::make_unique<Encoder>(std::move(arguments), workingCopy, getName());
+    encoder = std::make_unique<Encoder>(
+        joined(
+            {frameInput(size),
+             {"-vf",
+              "vflip,scale='min(320,iw)':-1:flags=area,tile=" + grid + ":margin=4:padding=4:color=0x202020",
+              "-frames:v", "1", "-pix_fmt", "rgb24", "-c:v", "png", "-f", "image2pipe"}}),
+        workingCopy, getName());
 }
 
 bool ContactSheet::wants(unsigned int frame) const {
@@ -76,15 +77,13 @@ std::string ContactSheet::finish() {
     const std::string& target = draft.getTarget();
     const bool asPng = target.compare(target.size() - 4, 4, ".png") == 0;
     for (const Arguments& way : waysToWrite(asPng)) {
-        Arguments arguments = {"-nostdin", "-loglevel",          "error", "-xerror", "-y",
-                               "-i",       "file:" + workingCopy};
-        arguments.insert(arguments.end(), way.begin(), way.end());
-        arguments.insert(arguments.end(), {"-f", "image2pipe"});
-        Encoder(std::move(arguments), draft.getDraft(), getName()).finish();
-        const auto bytes = std::filesystem::file_size(draft.getDraft());
-        if (bytes < MOST_BYTES) {
+        Encoder(joined({{"-i", "file:" + workingCopy}, way, {"-f", "image2pipe"}}), draft.getDraft(),
+                getName())
+            .finish();
+        if (std::filesystem::file_size(draft.getDraft()) < MOST_BYTES) {
+            const std::string summary = std::to_string(taken) + " pictures in " + describeFile(draft);
             draft.publish();
-            return std::to_string(taken) + " pictures in " + getName() + " (" + describeBytes(bytes) + ")";
+            return summary;
         }
     }
     throw std::runtime_error(getName() + " would be larger than 400 KB");

@@ -11,11 +11,11 @@
 
 namespace recorder {
 
-// Small pictures of the whole show on one sheet, a row for each scene, as a JPEG or PNG file (by its name's
-// end) that stays small enough to be sent around.
+/// Small pictures of the whole show on one sheet, a row for each scene, as a JPEG or PNG file (by its name's
+/// end) that stays small enough to be sent around.
 class ContactSheet : public FrameSink {
 public:
-    // The folder is for a working copy of the sheet; it must outlive this object.
+    /// The folder is for a working copy of the sheet; it must outlive this object.
     ContactSheet(const std::string& file, const std::string& folder);
 
     void open(const FrameSize& size) override;
@@ -31,7 +31,7 @@ private:
 
     DraftFile draft;
     std::string workingCopy;
-    std::array<unsigned int, COUNT> frames{}; // ascending
+    std::array<unsigned int, COUNT> frames{}; ///< ascending
     std::size_t taken = 0;
     std::unique_ptr<Encoder> encoder;
 };

@@ -2,14 +2,14 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace recorder {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -20,7 +20,6 @@ std::runtime_error cannotWrite(const std::string& name, const std::string& why) 
 } // namespace
 
 DraftFile::DraftFile(const std::string& name) : name(name) {
-    namespace fs = std::filesystem;
     std::error_code ignored;
     // A link is followed, so that it goes on pointing to the finished file.
     const fs::path path = fs::weakly_canonical(fs::absolute(name), ignored);
@@ -28,29 +27,23 @@ DraftFile::DraftFile(const std::string& name) : name(name) {
         throw cannotWrite(name, "it is there already and not a plain file");
     }
     target = path.string();
-    draft = (path.parent_path() / ("." + path.filename().string() + ".XXXXXX")).string();
-    const int file = mkstemp(draft.data());
-    if (file < 0) {
-        throw cannotWrite(name, std::generic_category().message(errno));
+    const std::string hidden = "." + path.filename().string() + ".";
+    try {
+        draft = std::make_unique<Scratch>(Scratch::Kind::FILE, path.parent_path() / hidden);
+    } catch (const std::system_error& error) {
+        throw cannotWrite(name, error.code().message());
     }
     // The draft is made for its owner alone; the finished file gets the rights of any new file.
     const mode_t mask = umask(0);
     umask(mask);
-    fchmod(file, 0666 & ~mask);
-    close(file);
-}
-
-DraftFile::~DraftFile() {
-    if (!draft.empty()) {
-        unlink(draft.c_str());
-    }
+    fchmod(draft->getDescriptor(), 0666 & ~mask);
 }
 
 void DraftFile::publish() {
-    if (std::rename(draft.c_str(), target.c_str()) != 0) {
+    if (std::rename(draft->getPath().c_str(), target.c_str()) != 0) {
         throw cannotWrite(name, std::generic_category().message(errno));
     }
-    draft.clear();
+    draft->release();
 }
 
 } // namespace recorder

@@ -2,11 +2,12 @@
 
 namespace recorder {
 
-// Frames first to last, both included.
+/// Frames first to last, both included.
 struct FrameRange {
     unsigned int first;
     unsigned int last;
 
+    unsigned int count() const { return last - first + 1; }
     bool holds(unsigned int frame) const { return frame >= first && frame <= last; }
 };
 

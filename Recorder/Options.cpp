@@ -10,32 +10,39 @@ namespace recorder {
 
 namespace {
 
-constexpr unsigned int SMALLEST_SIDE = 16;
-constexpr unsigned int LARGEST_WIDTH = 3840;
-constexpr unsigned int LARGEST_HEIGHT = 2160;
-// The settings file keeps its numbers as single floats: above this one, two seeds could be the same.
-constexpr unsigned int LARGEST_SEED = 1U << 24U;
+constexpr unsigned int MOST_JOBS = 256;
 
-constexpr const char* HELP =
+constexpr const char* USAGE =
     R"(Usage: record [OPTION]... [FILE]
 Records the show as a video, without a screen, a graphics card or a sound card.
 
   FILE, -o FILE          the MP4 file to write (H.264 picture, AAC sound); quelar.mp4 by default.
                          "-" writes bare frames to standard output instead: RGB, 24 bits a pixel, rows
                          from the top, 200/3 frames a second, no sound
-  --size WIDTHxHEIGHT    size of the picture, 16x16 to 3840x2160; else that of the settings file
-  --seed NUMBER          start of the show's random numbers, 0 to 16777216; else that of the settings file
+)";
+
+constexpr const char* WAYS =
+    R"(  --track SONG           play the show to this MP3 in place of the data folder's
   --from SECONDS         record from this moment of the show on (0 by default)
   --to SECONDS           record up to this moment (the end of the show, 103.2, by default)
+  --smooth               draw twice as large each way and average: lines without stairs, in all that is made
+  --fast                 encode the video with less effort: done sooner, about four times as large
+  --silent               leave the sound out of the video
   --still SECONDS FILE   write the frame shown at this moment as a PNG file; may be repeated
   --contact-sheet FILE   write one sheet of three frames from each scene, JPEG or PNG by the file's name,
                          smaller than 400 KB
-  --data DIR             the show's data folder ("data" by default)
-  --help                 show this text
+  --jobs NUMBER          let so many processes make the video piece by piece, 1 to 256, with GNU parallel
+  --sshlogin MACHINES    have them on each of these machines, named as for ssh and parted by commas (":" is
+                         this one); they need the same show at the same place, and rsync
+)";
 
+constexpr const char* MORE =
+    R"(
 With --still or --contact-sheet there is no video unless its FILE is named too. A file appears under its
 name once it is whole, and replaces what was there. A video needs even sides: an odd side grows by one
-black row or column; stills and bare frames keep the size asked for. Ctrl-C ends the video early but whole.
+black row or column; stills and bare frames keep the size asked for. In pictures higher than 480 pixels
+lines and points grow with them. A longer song is cut with the show, after a shorter one it runs silent.
+Ctrl-C ends the video early but whole, if there is a second of it; a video made in pieces is dropped.
 
 Exit status: 0 done, 1 recording failed, 2 wrong option, 130 stopped by Ctrl-C (143 by a request to
 terminate); 252, 253 and 254 are the show's own failures, handed on.
@@ -43,64 +50,14 @@ terminate); 252, 253 and 254 are the show's own failures, handed on.
 Examples:
   record                                    the whole show, as quelar.mp4
   record --size 1920x1080 --seed 7 big.mp4
+  record --track song.mp3 song.mp4          moved by another song
   record --from 53.1 --to 63.17 part.mp4    one scene
   record --still 40 forty.png --contact-sheet sheet.jpg
+  record --size 3840x2160 --smooth --jobs 8 --sshlogin :,attic,cellar huge.mp4
   record --size 320x240 - | ffplay -f rawvideo -pixel_format rgb24 -video_size 320x240 -framerate 200/3 -
 )";
 
-// The arguments, taken one after the other.
-class ArgumentReader {
-public:
-    explicit ArgumentReader(const std::vector<std::string>& arguments) : arguments(arguments) {}
-
-    bool atEnd() const { return position == arguments.size(); }
-
-    const std::string& next() { return arguments[position++]; }
-
-    const std::string& valueOf(const std::string& option, const char* meaning) {
-        if (atEnd()) {
-            throw UsageError(option + " needs " + meaning);
-        }
-        return next();
-    }
-
-private:
-    const std::vector<std::string>& arguments;
-    std::size_t position = 0;
-};
-
-std::optional<unsigned int> wholeNumber(const char* begin, const char* end) {
-    unsigned int number = 0;
-    const auto [stop, error] = std::from_chars(begin, end, number);
-    if (begin == end || stop != end || error != std::errc()) {
-        return std::nullopt;
-    }
-    return number;
-}
-
-FrameSize parseSize(const std::string& text) {
-    const std::size_t cross = std::min(text.find('x'), text.size());
-    const auto width = wholeNumber(text.data(), text.data() + cross);
-    const auto height =
-        wholeNumber(text.data() + std::min(cross + 1, text.size()), text.data() + text.size());
-    if (!width || !height) {
-        throw UsageError("--size: '" + text + "' is not WIDTHxHEIGHT");
-    }
-    if (*width < SMALLEST_SIDE || *height < SMALLEST_SIDE || *width > LARGEST_WIDTH ||
-        *height > LARGEST_HEIGHT) {
-        throw UsageError("--size: " + text + " is outside 16x16 to 3840x2160");
-    }
-    return {*width, *height};
-}
-
-unsigned int parseSeed(const std::string& text) {
-    const auto seed = wholeNumber(text.data(), text.data() + text.size());
-    if (!seed || *seed > LARGEST_SEED) {
-        throw UsageError("--seed: '" + text + "' is not a whole number from 0 to 16777216");
-    }
-    return *seed;
-}
-
+/// In milliseconds.
 unsigned int parseTime(const std::string& option, const std::string& text) {
     double seconds = 0.0;
     const char* const end = text.data() + text.size();
@@ -146,51 +103,78 @@ void setVideo(Options& options, const std::string& file) {
     options.video = file;
 }
 
+unsigned int parseJobs(const std::string& text) {
+    const auto jobs = wholeNumber(text);
+    if (!jobs || *jobs == 0 || *jobs > MOST_JOBS) {
+        throw UsageError("--jobs: '" + text + "' is not a whole number from 1 to 256");
+    }
+    return *jobs;
+}
+
+/// What can't be had together.
+void check(const Options& options) {
+    if (options.range().last + 1 <= options.range().first) {
+        throw UsageError("--from and --to leave no frame between them");
+    }
+    if (options.jobs > 0 &&
+        (options.video == "-" || !options.stills.empty() || !options.contactSheet.empty())) {
+        throw UsageError("--jobs is for a video file and nothing else");
+    }
+    if (options.jobs == 0 && !options.machines.empty()) {
+        throw UsageError("--sshlogin needs --jobs beside it");
+    }
+}
+
 } // namespace
 
 Options Options::parse(const std::vector<std::string>& arguments) {
     Options options;
     ArgumentReader reader(arguments);
-    while (!reader.atEnd()) {
-        const std::string& argument = reader.next();
-        if (argument == "--help" || argument == "-h") {
-            options.wantsHelp = true;
+    while (reader.advance()) {
+        const std::string& argument = reader.get();
+        if (!reader.isOption()) {
+            setVideo(options, argument);
         } else if (argument == "-o") {
-            setVideo(options, reader.valueOf(argument, "a file name"));
-        } else if (argument == "--size") {
-            options.size = parseSize(reader.valueOf(argument, "a size such as 640x480"));
-        } else if (argument == "--seed") {
-            options.seed = parseSeed(reader.valueOf(argument, "a number"));
+            setVideo(options, reader.value("a file name"));
         } else if (argument == "--from") {
-            options.from = parseTimeInShow(argument, reader.valueOf(argument, "a number of seconds"));
+            options.from = parseTimeInShow(argument, reader.value("a number of seconds"));
         } else if (argument == "--to") {
-            options.to = parseTime(argument, reader.valueOf(argument, "a number of seconds"));
+            options.to = parseTime(argument, reader.value("a number of seconds"));
         } else if (argument == "--still") {
             const unsigned int time =
-                parseTimeInShow(argument, reader.valueOf(argument, "a number of seconds and a file name"));
-            const std::string& file = reader.valueOf(argument, "a file name after the seconds");
+                parseTimeInShow(argument, reader.value("a number of seconds and a file name"));
+            const std::string& file = reader.value("a file name after the seconds");
             requireEnding(argument, file, {".png"});
             options.stills.push_back({time, file});
         } else if (argument == "--contact-sheet") {
-            options.contactSheet = reader.valueOf(argument, "a file name");
+            options.contactSheet = reader.value("a file name");
             requireEnding(argument, options.contactSheet, {".jpg", ".jpeg", ".png"});
-        } else if (argument == "--data") {
-            options.dataFolder = reader.valueOf(argument, "a folder");
-        } else if (argument.size() > 1 && argument.front() == '-') {
+        } else if (argument == "--smooth") {
+            options.smooth = true;
+        } else if (argument == "--fast") {
+            options.fast = true;
+        } else if (argument == "--silent") {
+            options.silent = true;
+        } else if (argument == "--jobs") {
+            options.jobs = parseJobs(reader.value("a number"));
+        } else if (argument == "--sshlogin") {
+            options.machines = reader.value("the names of machines");
+        } else if (!options.take(reader)) {
             throw UsageError("unknown option '" + argument + "'");
-        } else {
-            setVideo(options, argument);
         }
-    }
-    if (options.to && timeline::firstFrameFrom(*options.to) <= timeline::firstFrameFrom(options.from)) {
-        throw UsageError("--from and --to leave no frame between them");
     }
     if (options.video.empty() && options.stills.empty() && options.contactSheet.empty()) {
         options.video = "quelar.mp4";
     }
+    check(options);
     return options;
 }
 
-const char* Options::help() { return HELP; }
+FrameRange Options::range() const {
+    const unsigned int end = to ? timeline::firstFrameFrom(*to) : timeline::SHOW_FRAMES;
+    return {timeline::firstFrameFrom(from), std::min(end, timeline::SHOW_FRAMES) - 1};
+}
+
+std::string Options::help() { return std::string(USAGE) + ShowOptions::HELP + WAYS + MORE; }
 
 } // namespace recorder

@@ -1,42 +1,41 @@
 #pragma once
 
-#include "FrameSize.h"
+#include "FrameRange.h"
+#include "ShowOptions.h"
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace recorder {
 
-// A command line that can't be obeyed; what() is one line for the user.
-class UsageError : public std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-// One picture wanted from the show, as a PNG file.
+/// One picture wanted from the show, as a PNG file.
 struct StillRequest {
-    unsigned int time; // milliseconds of the show
+    unsigned int time; ///< milliseconds of the show
     std::string file;
 };
 
-// What the user asked for on the command line. Plain values: times are milliseconds of the show (its first
-// frame is shown at 0), file names are the user's own, relative to the directory the recorder was started in.
-struct Options {
-    // Reads the arguments that follow the program's name. Throws UsageError; touches no file.
+/// What the user asked the recorder for on the command line. Plain values: times are milliseconds of the show
+/// (its first frame is shown at 0).
+struct Options : ShowOptions {
+    /// Reads the arguments that follow the program's name. Throws UsageError; touches no file.
     static Options parse(const std::vector<std::string>& arguments);
 
-    static const char* help();
+    static std::string help();
 
-    bool wantsHelp = false;
-    std::string dataFolder = "data";
-    std::string video; // empty: none wanted; "-": raw frames on standard output
-    std::optional<FrameSize> size;
-    std::optional<unsigned int> seed;
+    /// The frames of the show that the video is to have.
+    FrameRange range() const;
+
+    std::string video; ///< empty: none wanted; "-": raw frames on standard output
     unsigned int from = 0;
     std::optional<unsigned int> to;
     std::vector<StillRequest> stills;
-    std::string contactSheet; // empty: none wanted
+    std::string contactSheet; ///< empty: none wanted
+    bool smooth = false;
+    bool fast = false;
+    bool silent = false;
+    unsigned int jobs = 0; ///< processes to spread the video over, on each machine; 0: it is made here
+    std::string machines;  ///< as GNU parallel's --sshlogin takes them; empty: this one
 };
 
 } // namespace recorder

@@ -8,8 +8,9 @@
 
 namespace recorder {
 
-// The frames of a range as bare RGB pixels, three bytes each, rows from the top, on standard output. From its
-// construction on, standard output is for the frames alone: whatever the show prints goes to standard error.
+/// The frames of a range as bare RGB pixels, three bytes each, rows from the top, on standard output. From
+/// its construction on, standard output is for the frames alone: whatever the show prints goes to standard
+/// error.
 class RawStream : public FrameSink {
 public:
     explicit RawStream(const FrameRange& range);

@@ -7,12 +7,12 @@
 #include "StopRequest.h"
 #include "Timeline.h"
 #include "VideoFile.h"
+#include "VideoFormat.h"
+#include "report.h"
 
 #include <fmod_clock.h>
 
 #include <algorithm>
-#include <climits>
-#include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 
@@ -23,38 +23,25 @@ namespace {
 // Enough to even out frames that are slow to draw or to encode; a large one is 32 MB.
 constexpr std::size_t QUEUE_SLOTS = 4;
 
-constexpr int FAILED = 1;
-constexpr int STOPPED_BY_SIGNAL = 128;
-
-void say(const std::string& line) { std::fprintf(stderr, "quelar-record: %s\n", line.c_str()); }
-
 unsigned long long soundClock() { return 1000ULL * host::Host::current().getTicks(); }
-
-std::string findTrack(const StageFolder& stage) {
-    const std::filesystem::path track = stage.getPath() / "data/music/quelar.mp3";
-    if (std::filesystem::exists(track)) {
-        return track.string();
-    }
-    say("data/music/quelar.mp3 is missing: the video is silent");
-    return "";
-}
 
 } // namespace
 
-Recorder::Recorder(const Options& options)
-    : stage(options.dataFolder, options.size, options.seed), progress(0) {
-    const bool toStandardOutput = options.video == "-";
-    if (!toStandardOutput || !options.stills.empty() || !options.contactSheet.empty()) {
-        if (!Encoder::isInstalled()) {
-            throw std::runtime_error("ffmpeg is not installed; it writes the files");
-        }
+Recorder::Recorder(const Options& options) : Recorder(options, ShowSettings(options)) {}
+
+Recorder::Recorder(const Options& options, const ShowSettings& settings)
+    : frameSize(settings.size),
+      oversampling(options.smooth ? 2 : 1),
+      stage(options.dataFolder, {std::nullopt, options.seed, options.track}),
+      progress(0) {
+    if (options.video != "-" || !options.stills.empty() || !options.contactSheet.empty()) {
+        Encoder::requireInstalled();
     }
-    const unsigned int end = options.to ? timeline::firstFrameFrom(*options.to) : UINT_MAX;
-    const FrameRange range{timeline::firstFrameFrom(options.from), end - 1};
-    if (toStandardOutput) {
-        sinks.push_back(std::make_unique<RawStream>(range));
+    if (options.video == "-") {
+        sinks.push_back(std::make_unique<RawStream>(options.range()));
     } else if (!options.video.empty()) {
-        sinks.push_back(std::make_unique<VideoFile>(options.video, range, findTrack(stage)));
+        sinks.push_back(std::make_unique<VideoFile>(
+            options.video, VideoFormat::of(options, settings, stage.getTrack().string())));
     }
     for (const StillRequest& still : options.stills) {
         sinks.push_back(std::make_unique<StillPicture>(still.file, timeline::frameAt(still.time)));
@@ -65,7 +52,7 @@ Recorder::Recorder(const Options& options)
     for (const auto& sink : sinks) {
         lastFrame = std::max(lastFrame, sink->getLastFrame());
     }
-    progress = ProgressLine(std::min(lastFrame, timeline::SHOW_FRAMES - 1));
+    progress = ProgressLine(lastFrame);
 }
 
 Recorder::~Recorder() { stopWriting(); }
@@ -88,26 +75,30 @@ int Recorder::run() {
     return finish();
 }
 
-host::Extent Recorder::openWindow(int width, int height) {
-    // There is no screen to take a size from.
-    const FrameSize size{width > 0 ? static_cast<unsigned int>(width) : 640U,
-                         height > 0 ? static_cast<unsigned int>(height) : 480U};
+host::Extent Recorder::openWindow(int /*width*/, int /*height*/) {
     try {
         if (canvas != nullptr) {
             throw std::runtime_error("the size of a recording can't change");
         }
-        canvas = std::make_unique<Canvas>(size);
+        const FrameSize size = frameSize.times(oversampling);
+        canvas = std::make_unique<Canvas>(size, frameSize);
         for (const auto& sink : sinks) {
-            sink->open(size);
+            sink->open(frameSize);
         }
         canvas->setDrawing(wanted(frame));
-        queue = std::make_unique<FrameQueue>(QUEUE_SLOTS, size.bytes());
+        queue = std::make_unique<FrameQueue>(QUEUE_SLOTS, frameSize.bytes());
         writer = std::thread(&Recorder::writeFrames, this);
         return {size.width, size.height};
     } catch (const std::runtime_error& error) {
         fail(error.what());
         throw;
     }
+}
+
+float Recorder::getPixelScale() const {
+    constexpr float USUAL_HEIGHT = 480.0f;
+    return static_cast<float>(oversampling) *
+           std::max(1.0f, static_cast<float>(frameSize.height) / USUAL_HEIGHT);
 }
 
 void Recorder::closeWindow() { canvas.reset(); }
@@ -167,9 +158,10 @@ void Recorder::fail(const std::string& reason) {
 
 int Recorder::finish() {
     const int signal = StopRequest::getSignal();
+    const bool tooEarly = signal != 0 && frame < timeline::firstFrameFrom(LEAST_MS);
     bool anything = false;
     for (const auto& sink : sinks) {
-        if (failed) {
+        if (failed || tooEarly) {
             break;
         }
         try {

@@ -1,10 +1,8 @@
 #include "StageFolder.h"
 
-#include <cerrno>
-#include <cstdlib>
+#include <fcntl.h>
 #include <fstream>
 #include <stdexcept>
-#include <string>
 #include <system_error>
 
 namespace recorder {
@@ -13,56 +11,61 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* SETTINGS = "settings.ini";
+const fs::path SETTINGS = "settings.ini";
+const fs::path MUSIC = "music";
+const fs::path TRACK = "quelar.mp3";
 
 } // namespace
 
-StageFolder::StageFolder(const fs::path& data, const std::optional<FrameSize>& size,
-                         const std::optional<unsigned int>& seed) {
-    if (!fs::is_directory(data)) {
-        throw std::runtime_error("there is no data folder " + data.string());
-    }
-    std::error_code error;
-    std::string name = (fs::temp_directory_path(error) / "quelar-record.XXXXXX").string();
-    if (error || mkdtemp(name.data()) == nullptr) {
-        throw std::runtime_error("can't make a temporary folder: " + std::generic_category().message(errno));
-    }
-    path = name;
+Scratch makeTemporaryFolder() {
     try {
-        fill(fs::canonical(data), size, seed);
-    } catch (...) {
-        fs::remove_all(path, error);
-        throw;
+        return {Scratch::Kind::FOLDER, fs::temp_directory_path() / "quelar-stage."};
+    } catch (const std::system_error& error) {
+        throw std::runtime_error("can't make a temporary folder: " + error.code().message());
     }
 }
 
-StageFolder::~StageFolder() {
-    std::error_code ignored;
-    fs::remove_all(path, ignored);
+fs::path findData(const std::string& folder) {
+    if (!fs::is_directory(folder)) {
+        throw std::runtime_error("there is no data folder " + folder);
+    }
+    return fs::canonical(folder);
 }
 
-void StageFolder::fill(const fs::path& data, const std::optional<FrameSize>& size,
-                       const std::optional<unsigned int>& seed) const {
-    const fs::path ours = path / "data";
+fs::path trackIn(const fs::path& data) { return data / MUSIC / TRACK; }
+
+StageFolder::StageFolder(const std::string& data, const Changes& changes) : scratch(makeTemporaryFolder()) {
+    fill(findData(data), changes);
+}
+
+void StageFolder::shareWithChildren() const { fcntl(scratch.getDescriptor(), F_SETFD, 0); }
+
+void StageFolder::fill(const fs::path& data, const Changes& changes) const {
+    const fs::path ours = getPath() / "data";
     fs::create_directory(ours);
     for (const fs::directory_entry& entry : fs::directory_iterator(data)) {
-        if (entry.path().filename() != SETTINGS) {
-            fs::create_symlink(entry.path(), ours / entry.path().filename());
+        const fs::path name = entry.path().filename();
+        if (name != SETTINGS && (name != MUSIC || changes.track.empty())) {
+            fs::create_symlink(entry.path(), ours / name);
         }
+    }
+    if (!changes.track.empty()) {
+        fs::create_directory(ours / MUSIC);
+        fs::create_symlink(fs::canonical(changes.track), getTrack());
     }
     // Of a setting given twice, the show takes the last.
     std::ofstream settings(ours / SETTINGS);
     if (std::ifstream users(data / SETTINGS); users && users.peek() != std::ifstream::traits_type::eof()) {
         settings << users.rdbuf();
     }
-    if (size) {
-        settings << "\nhres " << size->width << "\nvres " << size->height << '\n';
+    if (changes.size) {
+        settings << "\nhres " << changes.size->width << "\nvres " << changes.size->height << '\n';
     }
-    if (seed) {
-        settings << "\nseed " << *seed << '\n';
+    if (changes.seed) {
+        settings << "\nseed " << *changes.seed << '\n';
     }
     if (!settings.flush()) {
-        throw std::runtime_error("can't write to the temporary folder " + path.string());
+        throw std::runtime_error("can't write to the temporary folder " + getPath().string());
     }
 }
 

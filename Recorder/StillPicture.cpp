@@ -1,16 +1,14 @@
 #include "StillPicture.h"
 
 #include "Encoder.h"
-
-#include <utility>
+#include "VideoFormat.h"
 
 namespace recorder {
 
 void StillPicture::take(const Frame& shown) {
-    std::vector<std::string> arguments = frameInput(frameSize);
-    arguments.insert(arguments.end(),
-                     {"-vf", "vflip", "-pix_fmt", "rgb24", "-c:v", "png", "-f", "image2pipe"});
-    Encoder encoder(std::move(arguments), draft.getDraft(), getName());
+    Encoder encoder(joined({frameInput(frameSize),
+                            {"-vf", "vflip", "-pix_fmt", "rgb24", "-c:v", "png", "-f", "image2pipe"}}),
+                    draft.getDraft(), getName());
     encoder.write(shown.pixels);
     encoder.finish();
     taken = true;

@@ -7,7 +7,7 @@
 
 namespace recorder {
 
-// One frame of the show as a PNG file.
+/// One frame of the show as a PNG file.
 class StillPicture : public FrameSink {
 public:
     StillPicture(const std::string& file, unsigned int frame) : draft(file), frame(frame) {}

@@ -1,6 +1,7 @@
 #include "StopRequest.h"
 
 #include <csignal>
+#include <initializer_list>
 
 namespace recorder {
 
@@ -16,13 +17,13 @@ void StopRequest::listen() {
     struct sigaction action {};
     action.sa_handler = remember;
     action.sa_flags = SA_RESTART;
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
-    // Whoever starts a program to go on without its terminal has this one ignored already.
-    struct sigaction hangUp {};
-    sigaction(SIGHUP, nullptr, &hangUp);
-    if (hangUp.sa_handler != SIG_IGN) {
-        sigaction(SIGHUP, &action, nullptr);
+    for (const int request : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+        // Whoever starts a program to go on without its terminal has some of them ignored already.
+        struct sigaction before {};
+        sigaction(request, nullptr, &before);
+        if (before.sa_handler != SIG_IGN) {
+            sigaction(request, &action, nullptr);
+        }
     }
 }
 

@@ -7,8 +7,8 @@
 
 namespace recorder {
 
-// Writes every byte, however small the pieces that are accepted at a time. False, with errno set, if that
-// fails.
+/// Writes every byte, however small the pieces that are accepted at a time. False, with errno set, if that
+/// fails.
 inline bool writeAll(int file, const std::vector<unsigned char>& bytes) {
     std::size_t done = 0;
     while (done < bytes.size()) {

@@ -1,0 +1,95 @@
+#include "VideoFormat.h"
+
+#include "Timeline.h"
+#include "checkTrack.h"
+#include "report.h"
+
+namespace recorder {
+
+Arguments joined(std::initializer_list<Arguments> parts) {
+    Arguments all;
+    for (const Arguments& part : parts) {
+        all.insert(all.end(), part.begin(), part.end());
+    }
+    return all;
+}
+
+Arguments frameInput(const FrameSize& size) {
+    return {"-f",        "rawvideo",   "-pixel_format", "bgr0", "-video_size",
+            size.text(), "-framerate", "200/3",         "-i",   "pipe:0"};
+}
+
+VideoFormat VideoFormat::of(const Options& options, const ShowSettings& settings, const std::string& track) {
+    std::string sound = options.silent ? "" : track;
+    if (const std::string fault = sound.empty() ? "" : faultOfTrack(sound); !fault.empty()) {
+        say(fault + " The video is silent.");
+        sound.clear();
+    }
+    return {options.range(), sound,
+            std::string("version ") + QUELAR_VERSION + ", seed " + settings.seed + ", " +
+                settings.size.text() + (options.smooth ? ", smooth" : ""),
+            options.fast};
+}
+
+Arguments VideoFormat::picture() const {
+    // Thin bright lines on black: TODO
+    Arguments arguments = {
+        "-vf",
+        "vflip,pad=ceil(iw/2)*2:ceil(ih/2)*2,scale=out_color_matrix=bt709:out_range=tv,format=yuv420p",
+        "-c:v",
+        "libx264",
+        "-colorspace",
+        "bt709",
+        "-color_primaries",
+        "bt709",
+        "-color_trc",
+        "bt709",
+        "-color_range",
+        "tv"};
+    if (fast) {
+        arguments.insert(arguments.end(), {"-preset", "ultrafast", "-crf", "22"});
+    } else {
+        arguments.insert(arguments.end(), {"-preset", "veryfast", "-crf", "22"});
+    }
+    return arguments;
+}
+
+Arguments VideoFormat::sound() const {
+    if (track.empty()) {
+        return {};
+    }
+    // The track is decoded from its start: a jump into it would land a little off.
+    const auto milliseconds = [](unsigned int frame) {
+        return std::to_string(frame * timeline::FRAME_MS) + "ms";
+    };
+    return {"-i",
+            "file:" + track,
+            "-map",
+            "0:v",
+            "-map",
+            "1:a",
+            "-c:a",
+            "aac",
+            "-b:a",
+            "192k",
+            "-af",
+            "apad,atrim=start=" + milliseconds(range.first) + ":end=" + milliseconds(range.last + 1) +
+                ",asetpts=PTS-STARTPTS"};
+}
+
+Arguments VideoFormat::file() const {
+    return {"-map_metadata",
+            "-1",
+            "-metadata",
+            "title=Quelar",
+            "-metadata",
+            "artist=Olmbrex",
+            "-metadata",
+            "comment=" + comment,
+            "-movflags",
+            "+faststart",
+            "-f",
+            "mp4"};
+}
+
+} // namespace recorder
