@@ -26,10 +26,12 @@ packages() {
     done < <(grep -v '^#' "$root/Scripts/packages")
 }
 
-# Those of them that this machine lacks.
+# Those of them that this machine lacks. A program of that name will do, wherever it came from: another Node brings
+# its own npm, and refuses Debian's.
 missing_packages() {
     local package
     for package in $(packages "$@"); do
+        ! command -v "$package" >/dev/null || continue
         [[ $(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null) == installed ]] ||
             printf '%s\n' "$package"
     done

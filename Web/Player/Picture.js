@@ -1,0 +1,254 @@
+import { Slot } from "./Slot.js";
+import { Program } from "./Program.js";
+import { compileErrors } from "./Program.js";
+import { pixelShader, varyingsOf, vertexShader } from "./glsl.js";
+
+/** Line widths and point sizes are meant for a picture of this height, in pixels; a larger one scales them. */
+const USUAL_HEIGHT = 480;
+
+/**
+ * What the show draws, drawn on a canvas by WebGL 2. All that is made here can be made again, should the
+ * graphics context get lost: textures and programs are known by the numbers that the show gave them.
+ */
+export class Picture {
+    /**
+     * @param {HTMLCanvasElement} canvas
+     * @param {{antialias: boolean}} options
+     */
+    constructor(canvas, { antialias }) {
+        this.canvas = canvas;
+        const gl = canvas.getContext("webgl2", {
+            alpha: false,
+            antialias,
+            depth: true,
+            powerPreference: "high-performance",
+        });
+        if (!gl) {
+            throw new Error("This browser does not offer WebGL 2.");
+        }
+        this.gl = gl;
+        /** @type {Map<number, Program>} */
+        this.programs = new Map();
+        /** @type {Map<number, {texture: WebGLTexture, framebuffer: WebGLFramebuffer} | null>} */
+        this.textures = new Map();
+        /** @type {Slot[]} */
+        this.slots = [];
+        this.target = 0;
+        this.prepare();
+    }
+
+    /** What a new context needs. */
+    prepare() {
+        const { gl } = this;
+        gl.disable(gl.DITHER);
+        gl.blendFunc(gl.SRC_ALPHA, gl.ONE);
+        this.slots = [];
+        this.corners = gl.createBuffer();
+        this.quad = gl.createVertexArray();
+        this.quadMatrix = newTexture(gl, gl.NEAREST);
+        gl.texStorage2D(gl.TEXTURE_2D, 1, gl.RGBA32F, 4, 1);
+        gl.bindVertexArray(this.quad);
+        gl.bindBuffer(gl.ARRAY_BUFFER, this.corners);
+        gl.enableVertexAttribArray(0);
+        gl.vertexAttribPointer(0, 2, gl.FLOAT, false, 16, 0);
+        gl.enableVertexAttribArray(3);
+        gl.vertexAttribPointer(3, 2, gl.FLOAT, false, 16, 8);
+        gl.vertexAttribI4ui(2, 0, 0, 0, 0); // its matrix is the first one
+        gl.bindVertexArray(null);
+        this.quadElements = null;
+        this.quadCount = 0;
+    }
+
+    /** Makes everything again, in a context that has been restored. */
+    rebuild() {
+        this.prepare();
+        for (const program of this.programs.values()) {
+            program.build();
+        }
+        for (const texture of this.textures.keys()) {
+            this.makeTexture(texture);
+        }
+    }
+
+    /** Forgets the show's objects: another show begins. */
+    reset() {
+        for (const program of this.programs.values()) {
+            program.delete();
+        }
+        this.programs.clear();
+        this.textures.forEach((made) => this.deleteTexture(made));
+        this.textures.clear();
+    }
+
+    /** The canvas gets so many pixels, and what is drawn on the way to it likewise. */
+    resize(width, height) {
+        if (this.canvas.width === width && this.canvas.height === height) {
+            return false;
+        }
+        this.canvas.width = width;
+        this.canvas.height = height;
+        for (const texture of this.textures.keys()) {
+            this.makeTexture(texture);
+        }
+        return true;
+    }
+
+    get scale() {
+        return Math.max(1, this.canvas.height / USUAL_HEIGHT);
+    }
+
+    // The show's own calls, see Engine/page.h.
+
+    compile(ofVertices, text) {
+        const varyings = varyingsOf(ofVertices ? text : "", ofVertices ? "" : text);
+        const translated = (ofVertices ? vertexShader : pixelShader)(text, varyings);
+        return compileErrors(this.gl, ofVertices, translated)
+            .map(({ line, message }) => `${line}: ${message}`)
+            .join("\n");
+    }
+
+    makeProgram(number, vertexText, pixelText) {
+        const program = new Program(this.gl, vertexText, pixelText);
+        const faults = program.build();
+        this.programs.set(number, program);
+        return faults.map(({ line, message }) => `${line}: ${message}`).join("\n");
+    }
+
+    setUniform(number, name, value) {
+        this.programs.get(number)?.setUniform(name, value);
+    }
+
+    makeTexture(number) {
+        const { gl } = this;
+        this.deleteTexture(this.textures.get(number));
+        const texture = newTexture(gl, gl.LINEAR);
+        gl.texStorage2D(gl.TEXTURE_2D, 1, gl.RGBA8, this.canvas.width, this.canvas.height);
+        const framebuffer = gl.createFramebuffer();
+        gl.bindFramebuffer(gl.FRAMEBUFFER, framebuffer);
+        gl.framebufferTexture2D(gl.FRAMEBUFFER, gl.COLOR_ATTACHMENT0, gl.TEXTURE_2D, texture, 0);
+        gl.bindFramebuffer(gl.FRAMEBUFFER, null);
+        this.textures.set(number, { texture, framebuffer });
+    }
+
+    deleteTexture(made) {
+        if (made) {
+            this.gl.deleteTexture(made.texture);
+            this.gl.deleteFramebuffer(made.framebuffer);
+        }
+    }
+
+    setTarget(number) {
+        const { gl } = this;
+        gl.bindFramebuffer(gl.FRAMEBUFFER, this.textures.get(number)?.framebuffer ?? null);
+        gl.viewport(0, 0, this.canvas.width, this.canvas.height);
+    }
+
+    clear(r, g, b, a) {
+        const { gl } = this;
+        gl.clearColor(r, g, b, a);
+        gl.clear(gl.COLOR_BUFFER_BIT | gl.DEPTH_BUFFER_BIT);
+    }
+
+    draw(batch) {
+        const { gl } = this;
+        const program = this.programs.get(batch.program);
+        if (!program?.usable) {
+            return;
+        }
+        const slot = (this.slots[batch.slot] ??= new Slot(gl));
+        slot.take(batch);
+        this.setState(batch.blended, batch.tested);
+        if (batch.lines.count) {
+            this.drawLines(program, slot, batch);
+        } else {
+            this.drawPoints(program, slot, batch);
+        }
+    }
+
+    drawPoints(program, slot, { runs, projection }) {
+        const { gl } = this;
+        program.useMain(projection);
+        bind(gl, 1, slot.matrices.texture);
+        gl.bindVertexArray(slot.vertexArray);
+        let first = 0;
+        for (const { count, width } of runs) {
+            program.setPointSize(Math.max(1, width * this.scale));
+            gl.drawArrays(gl.POINTS, first, count);
+            first += count;
+        }
+        gl.bindVertexArray(null);
+    }
+
+    drawLines(program, slot, { points, lines, runs, projection }) {
+        const { gl } = this;
+        // Once for both drawings of a frame.
+        slot.transform(program, projection, points.count);
+        program.useLines(this.canvas.width / 2, this.canvas.height / 2);
+        bind(gl, 2, slot.transformed.texture);
+        bind(gl, 3, slot.lines.texture);
+        this.useQuads(lines.count / 2);
+        let first = 0;
+        for (const { count, width } of runs) {
+            program.setLineWidth(Math.max(1, width * this.scale));
+            gl.drawElements(gl.TRIANGLES, 6 * count, gl.UNSIGNED_INT, 24 * first);
+            first += count;
+        }
+        gl.bindVertexArray(null);
+    }
+
+    drawQuad({ program: number, texture, corners, projection, modelView, blended }) {
+        const { gl } = this;
+        const program = this.programs.get(number);
+        const source = this.textures.get(texture);
+        if (!program?.usable || !source) {
+            return;
+        }
+        this.setState(blended, false);
+        gl.bindBuffer(gl.ARRAY_BUFFER, this.corners);
+        gl.bufferData(gl.ARRAY_BUFFER, corners, gl.STREAM_DRAW);
+        bind(gl, 1, this.quadMatrix);
+        gl.texSubImage2D(gl.TEXTURE_2D, 0, 0, 0, 4, 1, gl.RGBA, gl.FLOAT, modelView);
+        bind(gl, 0, source.texture);
+        program.useMain(projection);
+        gl.bindVertexArray(this.quad);
+        gl.drawArrays(gl.TRIANGLE_FAN, 0, 4);
+        gl.bindVertexArray(null);
+    }
+
+    setState(blended, tested) {
+        const { gl } = this;
+        blended ? gl.enable(gl.BLEND) : gl.disable(gl.BLEND);
+        tested ? gl.enable(gl.DEPTH_TEST) : gl.disable(gl.DEPTH_TEST);
+    }
+
+    /** Four corners for each line, made of nothing but their numbers. */
+    useQuads(count) {
+        const { gl } = this;
+        if (count > this.quadCount) {
+            this.quadCount = Math.max(count, 2 * this.quadCount);
+            const numbers = new Uint32Array(6 * this.quadCount);
+            for (let i = 0; i < this.quadCount; ++i) {
+                numbers.set([4 * i, 4 * i + 1, 4 * i + 2, 4 * i + 2, 4 * i + 1, 4 * i + 3], 6 * i);
+            }
+            this.quadElements ??= { array: gl.createVertexArray(), buffer: gl.createBuffer() };
+            gl.bindVertexArray(this.quadElements.array);
+            gl.bindBuffer(gl.ELEMENT_ARRAY_BUFFER, this.quadElements.buffer);
+            gl.bufferData(gl.ELEMENT_ARRAY_BUFFER, numbers, gl.STATIC_DRAW);
+        }
+        gl.bindVertexArray(this.quadElements.array);
+    }
+}
+
+function bind(gl, unit, texture) {
+    gl.activeTexture(gl.TEXTURE0 + unit);
+    gl.bindTexture(gl.TEXTURE_2D, texture);
+}
+
+/** A texture, bound, with its filter. */
+function newTexture(gl, filter) {
+    const texture = gl.createTexture();
+    bind(gl, 0, texture);
+    gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MIN_FILTER, filter);
+    gl.texParameteri(gl.TEXTURE_2D, gl.TEXTURE_MAG_FILTER, filter);
+    return texture;
+}

@@ -1,0 +1,173 @@
+import { NO_PIXELS, caught, faultsOf, lineShader, pixelShader, varyingsOf, vertexShader } from "./glsl.js";
+
+function compile(gl, type, text) {
+    const shader = gl.createShader(type);
+    gl.shaderSource(shader, text);
+    gl.compileShader(shader);
+    return shader;
+}
+
+function faultsOfShader(gl, shader) {
+    if (gl.getShaderParameter(shader, gl.COMPILE_STATUS) || gl.isContextLost()) {
+        return [];
+    }
+    return faultsOf(gl.getShaderInfoLog(shader) || "It does not compile.");
+}
+
+/** What is wrong with a shader by itself. */
+export function compileErrors(gl, ofVertices, translated) {
+    const shader = compile(gl, ofVertices ? gl.VERTEX_SHADER : gl.FRAGMENT_SHADER, translated);
+    const faults = faultsOfShader(gl, shader);
+    gl.deleteShader(shader);
+    return faults;
+}
+
+/**
+ * One program of the show, of two of its shader files. It becomes two of WebGL: the main one, which draws
+ * points and pictures and puts the points of lines through the vertex shader, once each; and one that draws
+ * lines between such points.
+ */
+export class Program {
+    /**
+     * @param {WebGL2RenderingContext} gl
+     * @param {string} vertexText
+     * @param {string} pixelText
+     */
+    constructor(gl, vertexText, pixelText) {
+        this.gl = gl;
+        this.texts = [vertexText, pixelText];
+        /** @type {Map<string, number>} */
+        this.uniforms = new Map();
+        /** Changes whenever the same points would come out of it differently. */
+        this.version = 0;
+        this.usable = false;
+        this.texels = 0;
+    }
+
+    /**
+     * Compiles and links anew.
+     * @returns {(import("./glsl.js").Fault & {ofVertices: boolean})[]}
+     */
+    build() {
+        const { gl } = this;
+        const [vertexText, pixelText] = this.texts;
+        const varyings = varyingsOf(vertexText, pixelText);
+        const vertex = compile(gl, gl.VERTEX_SHADER, vertexShader(vertexText, varyings));
+        const pixels = compile(gl, gl.FRAGMENT_SHADER, pixelShader(pixelText, varyings));
+        const line = compile(gl, gl.VERTEX_SHADER, lineShader(varyings));
+        const link = (first, second, kept) => {
+            const program = gl.createProgram();
+            gl.attachShader(program, first);
+            gl.attachShader(program, second);
+            if (kept) {
+                gl.transformFeedbackVaryings(program, kept, gl.INTERLEAVED_ATTRIBS);
+            }
+            gl.linkProgram(program);
+            return program;
+        };
+        const main = link(vertex, pixels, caught(varyings));
+        const lines = link(line, pixels, null);
+        const faults = [
+            ...faultsOfShader(gl, vertex).map((fault) => ({ ...fault, ofVertices: true })),
+            ...faultsOfShader(gl, pixels).map((fault) => ({ ...fault, ofVertices: false })),
+        ];
+        for (const program of [main, lines]) {
+            if (!faults.length && !gl.getProgramParameter(program, gl.LINK_STATUS) && !gl.isContextLost()) {
+                faults.push(...faultsOf(gl.getProgramInfoLog(program)).map((fault) => ({ ...fault, ofVertices: false })));
+            }
+        }
+        for (const shader of [vertex, pixels, line]) {
+            gl.deleteShader(shader);
+        }
+        if (faults.length) {
+            gl.deleteProgram(main);
+            gl.deleteProgram(lines);
+            return faults;
+        }
+        this.delete();
+        this.main = new Linked(gl, main, { show_matrices: 1 });
+        this.lines = new Linked(gl, lines, { show_points: 2, show_lines: 3 });
+        this.texels = caught(varyings).length;
+        this.usable = true;
+        ++this.version;
+        return [];
+    }
+
+    /**
+     * Puts another text in place of one of the two; if that is no good, all stays as it was.
+     * @param {boolean} ofVertices
+     * @param {string} text
+     */
+    replace(ofVertices, text) {
+        const former = this.texts;
+        this.texts = ofVertices ? [text, former[1]] : [former[0], text];
+        const faults = this.build();
+        if (faults.length) {
+            this.texts = former;
+        }
+        return faults;
+    }
+
+    delete() {
+        this.main?.delete();
+        this.lines?.delete();
+    }
+
+    setUniform(name, value) {
+        if (this.uniforms.get(name) !== value) {
+            this.uniforms.set(name, value);
+            ++this.version;
+        }
+    }
+
+    useMain(projection) {
+        this.use(this.main);
+        this.gl.uniformMatrix4fv(this.main.at("show_ProjectionMatrix"), false, projection);
+    }
+
+    setPointSize(size) {
+        this.gl.uniform1f(this.main.at("show_pointSize"), size);
+    }
+
+    useLines(halfWidth, halfHeight) {
+        this.use(this.lines);
+        this.gl.uniform2f(this.lines.at("show_halfSize"), halfWidth, halfHeight);
+    }
+
+    setLineWidth(width) {
+        this.gl.uniform1f(this.lines.at("show_halfWidth"), width / 2);
+    }
+
+    use(linked) {
+        const { gl } = this;
+        gl.useProgram(linked.program);
+        for (const [name, value] of this.uniforms) {
+            gl.uniform1f(linked.at(name), value);
+        }
+    }
+}
+
+/** A program of WebGL and the places of its uniforms. */
+class Linked {
+    constructor(gl, program, samplers) {
+        this.gl = gl;
+        this.program = program;
+        this.places = new Map();
+        gl.useProgram(program);
+        for (const [name, unit] of Object.entries(samplers)) {
+            gl.uniform1i(this.at(name), unit);
+        }
+    }
+
+    at(name) {
+        if (!this.places.has(name)) {
+            this.places.set(name, this.gl.getUniformLocation(this.program, name));
+        }
+        return this.places.get(name);
+    }
+
+    delete() {
+        this.gl.deleteProgram(this.program);
+    }
+}
+export { NO_PIXELS };
