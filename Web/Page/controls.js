@@ -1,0 +1,111 @@
+import { describe, download, element } from "./dom.js";
+import { draw } from "./icons.js";
+import { readLink, writeLink } from "./link.js";
+import { say } from "./notice.js";
+
+/** @typedef {import("../Player/Player.js").Player} Player */
+
+/**
+ * What a visitor can ask for, by whichever button or key.
+ * @param {Player} player
+ */
+export function actions(player) {
+    return {
+        async toggle() {
+            if (player.state === "playing") player.pause();
+            else await player.play();
+        },
+        mute() {
+            player.muted = !player.muted;
+        },
+        async fullScreen() {
+            if (document.fullscreenElement) await document.exitFullscreen();
+            else await document.documentElement.requestFullscreen?.({ navigationUI: "hide" });
+        },
+        async save() {
+            download(await player.picture(), `quelar-${player.time.toFixed(3)}.png`);
+        },
+        /** The link tells the moment, and what the address already told; standing still is told too. */
+        async copy() {
+            const here = { ...readLink(location.hash), time: player.time, pause: player.state !== "playing" };
+            const link = new URL(writeLink(here), location.href);
+            history.replaceState(null, "", link);
+            const copied = await navigator.clipboard?.writeText(link.href).then(
+                () => true,
+                () => false,
+            );
+            say(
+                copied
+                    ? "The link to this moment is copied."
+                    : "The link to this moment is in the address bar.",
+            );
+        },
+    };
+}
+
+/** @typedef {ReturnType<typeof actions>} Actions */
+
+/**
+ * The row of buttons under the picture.
+ * @param {Player} player
+ * @param {Actions} act
+ */
+export function controls(player, act) {
+    const play = element("play", HTMLButtonElement);
+    const mute = element("mute", HTMLButtonElement);
+    const full = element("full", HTMLButtonElement);
+    const save = element("save", HTMLButtonElement);
+    const copy = element("copy", HTMLButtonElement);
+    const loudness = element("loudness", HTMLInputElement);
+
+    play.addEventListener("click", act.toggle);
+    full.addEventListener("click", act.fullScreen);
+    save.addEventListener("click", act.save);
+    copy.addEventListener("click", act.copy);
+    mute.addEventListener("click", () => {
+        act.mute();
+        showSound();
+    });
+    loudness.addEventListener("input", () => {
+        player.volume = Number(loudness.value);
+        player.muted = player.volume === 0;
+        showSound();
+    });
+
+    const showState = () => {
+        const playing = player.state === "playing";
+        const ended = player.state === "ended";
+        draw(play, playing ? "pause" : ended ? "again" : "play");
+        describe(play, playing ? "Pause" : ended ? "Play again" : "Play", "space");
+        showSound();
+    };
+    function showSound() {
+        const refused = player.state === "playing" && !player.sounding;
+        draw(mute, refused || player.muted ? "silence" : "sound");
+        mute.ariaPressed = String(player.muted);
+        mute.toggleAttribute("data-refused", refused);
+        describe(
+            mute,
+            refused ? "No sound here: the show plays silently" : player.muted ? "Sound on" : "Mute",
+            "M",
+        );
+        const level = player.muted ? 0 : player.volume;
+        loudness.value = String(level);
+        loudness.style.setProperty("--at", String(level));
+    }
+    const showFull = () => {
+        const whole = document.fullscreenElement !== null;
+        draw(full, whole ? "window" : "full");
+        describe(full, whole ? "Leave full screen" : "Full screen", "F");
+    };
+    draw(save, "save");
+    describe(save, "Save this picture");
+    draw(copy, "link");
+    describe(copy, "Copy a link to this moment");
+    full.hidden = !document.fullscreenEnabled;
+    player.addEventListener("state", showState);
+    player.addEventListener("frame", showSound);
+    document.addEventListener("fullscreenchange", showFull);
+    showState();
+    showFull();
+}

@@ -1,0 +1,37 @@
+/**
+ * The element of an id that stands in the page.
+ * @template {typeof HTMLElement} T
+ * @param {string} id
+ * @param {T} type
+ * @returns {InstanceType<T>}
+ */
+export function element(id, type) {
+    const found = document.getElementById(id);
+    if (!(found instanceof type)) throw new Error(`The page has no ${type.name} named ${id}.`);
+    return /** @type {InstanceType<T>} */ (found);
+}
+
+/**
+ * Says what a button does, to eyes, pointers and screen readers.
+ * @param {HTMLElement} button
+ * @param {string} label
+ * @param {string} [key] that does the same
+ */
+export function describe(button, label, key) {
+    if (button.ariaLabel === label) return;
+    button.ariaLabel = label;
+    button.title = key ? `${label} (${key})` : label;
+}
+
+/**
+ * Hands a file to the visitor.
+ * @param {Blob} blob
+ * @param {string} name
+ */
+export function download(blob, name) {
+    const link = document.createElement("a");
+    link.href = URL.createObjectURL(blob);
+    link.download = name;
+    link.click();
+    setTimeout(() => URL.revokeObjectURL(link.href), 60000); // the browser reads it after the click
+}

@@ -1,0 +1,27 @@
+/** What stands on the buttons: lines in a square of 24. */
+const LINES = {
+    play: "M7 4V20L20 12Z",
+    pause: "M7 4V20M17 4V20",
+    again: "M20 12A8 8 0 1 1 16.5 5.4M17 1V6H12",
+    sound: "M3 9V15H7L12 20V4L7 9ZM15.5 9A4 4 0 0 1 15.5 15M18 6A8 8 0 0 1 18 18",
+    silence: "M3 9V15H7L12 20V4L7 9ZM16 9L22 15M22 9L16 15",
+    music: "M8 18V5L20 3V16M8 18A3 2.5 0 1 1 2 18A3 2.5 0 1 1 8 18M20 16A3 2.5 0 1 1 14 16A3 2.5 0 1 1 20 16",
+    code: "M8 5L2 12L8 19M16 5L22 12L16 19",
+    save: "M12 3V15M6 10L12 16L18 10M3 20H21",
+    link: "M10 7L13 4A5 5 0 0 1 20 11L17 14M14 17L11 20A5 5 0 0 1 4 13L7 10M9 15L15 9",
+    full: "M3 9V3H9M15 3H21V9M21 15V21H15M9 21H3V15",
+    window: "M9 3V9H3M21 9H15V3M15 21V15H21M3 15H9V21",
+};
+
+/** @typedef {keyof typeof LINES} Icon */
+
+/**
+ * Draws an icon on a button in place of the last one.
+ * @param {HTMLElement} button
+ * @param {Icon} icon
+ */
+export function draw(button, icon) {
+    if (button.dataset.icon === icon) return;
+    button.dataset.icon = icon;
+    button.innerHTML = `<svg viewBox="0 0 24 24" aria-hidden="true"><path d="${LINES[icon]}"/></svg>`;
+}

@@ -1,0 +1,110 @@
+import { Player } from "../Player/Player.js";
+import { stayAwake } from "./awake.js";
+import { actions, controls } from "./controls.js";
+import { cover } from "./cover.js";
+import { element } from "./dom.js";
+import { Goal } from "./goal.js";
+import { watchIdle } from "./idle.js";
+import { keys } from "./keys.js";
+import { readLink } from "./link.js";
+import { lookInside } from "./look.js";
+import { ownMusic } from "./music.js";
+import { timeline } from "./timeline.js";
+
+const canvas = element("canvas", HTMLCanvasElement);
+const bar = element("controls", HTMLElement);
+const { dataset, style } = document.documentElement;
+const front = cover();
+let link = readLink(location.hash);
+
+/** Whether a visitor has started the show, or a link has: until then the cover stays, whatever lies under it. */
+let begun = false;
+
+/** @type {(player: Player) => void} */
+let onBegin;
+const beginning = new Promise((resolve) => (onBegin = resolve));
+
+/** @param {Player} player */
+function show(player) {
+    begun ||= player.state === "playing";
+    if (begun) onBegin(player);
+    const idle = player.state === "ready" || player.state === "paused";
+    dataset.show = idle ? (begun ? "paused" : "ready") : player.state;
+    bar.inert = !begun || player.state === "failed";
+    if (player.state === "ended") front.again();
+    if (player.state === "failed") front.fail("The picture is lost; loading the page again brings it back.");
+}
+
+/**
+ * Goes where the address says.
+ * @param {Player} player
+ * @param {Goal} goal
+ */
+async function follow(player, goal) {
+    const { time, pause } = link;
+    if (pause) {
+        begun = true;
+        player.pause();
+    }
+    if (pause || time !== undefined) {
+        await goal.to(time ?? 0);
+        dataset.drawn = "";
+    }
+}
+
+/** @returns {Promise<Player>} */
+async function load() {
+    if (!Player.supported()) throw new Error("This browser has no WebGL 2, which the show is drawn with.");
+    const { seed, size } = link;
+    if (size) {
+        style.setProperty("--aspect", String(size.width / size.height));
+        canvas.width = size.width;
+        canvas.height = size.height;
+    }
+    return Player.load({ canvas, seed, size, onProgress: front.progress });
+}
+
+/** @param {Player} player */
+async function open(player) {
+    const goal = new Goal(player);
+    const act = actions(player);
+    Object.assign(window, { quelar: player }); // for the curious, and for tests
+    player.addEventListener("frame", () => (dataset.drawn = ""), { once: true });
+    timeline(player, goal);
+    controls(player, act);
+    keys(act, goal);
+    lookInside(player);
+    stayAwake(player);
+    watchIdle();
+    addEventListener("hashchange", async () => {
+        const last = link;
+        link = readLink(location.hash);
+        if (JSON.stringify(link.size) !== JSON.stringify(last.size)) return location.reload();
+        if (link.seed !== last.seed) {
+            const playing = player.state === "playing";
+            await player.restart({ seed: link.seed });
+            if (!playing) player.pause();
+        }
+        await follow(player, goal);
+        show(player);
+    });
+    canvas.addEventListener("click", (event) => {
+        const mouse = /** @type {PointerEvent} */ (event).pointerType === "mouse";
+        if (mouse && begun) act.toggle(); // a finger only brings the controls back
+    });
+    await follow(player, goal);
+    show(player);
+    player.addEventListener("state", () => show(player));
+    front.ready(async () => {
+        await act.toggle();
+        element("play", HTMLElement).focus({ preventScroll: true });
+    });
+}
+
+ownMusic(beginning);
+load()
+    .then(open)
+    .catch((error) => {
+        dataset.show = "failed";
+        front.fail(error instanceof Error ? error.message : String(error));
+    });
