@@ -183,6 +183,7 @@ TEST(System, PlaysAsManyTracksAsItHasChannelsApartFromOtherSystems) {
         EXPECT_EQ(player.play(sound) == nullptr, most == 2);
         for (void* const handle : std::initializer_list<void*>{player.system, sound, first, second, third}) {
             EXPECT_TRUE(handles.insert(handle).second);
+            EXPECT_EQ(reinterpret_cast<std::uintptr_t>(handle) % 2, 1U) << "no address of anything";
         }
     }
     FMOD_CHANNEL* const again = other.play(other.load(tone));
