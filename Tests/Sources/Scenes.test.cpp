@@ -269,7 +269,8 @@ TEST_P(Scenes, followTheirScriptsFrameByFrame) {
     Ms timeBase = start;
     Ms moveStart = 0;
     int frame = 0;
-    for (Ms now = start;; now += random() % 4 == 0 ? random() % 300 : 10 + random() % 20) {
+    // In tens, and often on the half second: also where something begins or ends.
+    for (Ms now = start;; now += random() % 4 == 0 ? 500 - (now - start) % 500 : 10 * (1 + random() % 3)) {
         SCOPED_TRACE(now - start);
         const int loudest = random() % 2 == 0 ? 45 : 21;
         std::generate_n(spectrum.begin(), 16, [&] { return static_cast<float>(random() % loudest) / 100; });
