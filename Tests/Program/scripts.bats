@@ -15,7 +15,7 @@ setup() {
             echo "CMAKE_HOME_DIRECTORY:INTERNAL=$2" >"$folder/CMakeCache.txt" && echo configured >>../configured
         folder=$2 && [[ $1 == --build ]] && mkdir -p "$folder/bin" && echo "$*" >"$folder/built" &&
             printf "#!/bin/sh\necho \"started in \$PWD, caches in \$XDG_CACHE_HOME: \$*\"\nexit 7\n" |
-            tee "$folder/bin/quelar" >"$folder/bin/quelar-record" && chmod +x "$folder/bin/"*
+            tee "$folder/bin/"quelar{,-play} >"$folder/bin/quelar-record" && chmod +x "$folder/bin/"*
         true'
     export DISPLAY=:9
     unset PULSE_SERVER XDG_RUNTIME_DIR
@@ -32,10 +32,18 @@ configured() { [ "$(wc -l <../configured)" -eq "$1" ]; }
 @test "play: starts the program from the top and hands on its status" {
     run -7 --separate-stderr "$top/play"
     [ "$output" = "started in $top, caches in $top/build/cache: " ]
-    [[ $(cat "$top/build/built") == *' --target quelar' ]]
+    [[ $(cat "$top/build/built") == *' --target quelar quelar-play' ]]
     # all that was written is in the build folder
     [ "$(cd "$top" && echo *)" = 'Scripts build play record test' ]
     [ -z "$(ls -A)" ]
+}
+
+@test "play: hands its wishes to the player, where it is called" {
+    run -7 --separate-stderr "$top/play" --seed 7 'a song.mp3'
+    [ "$output" = "started in $PWD, caches in $top/build/cache: --data $top/data --seed 7 a song.mp3" ]
+    printf '#!/bin/sh\necho "record: $*"\n' >"$top/record"
+    DISPLAY='' run -0 --separate-stderr "$top/play" --seed 7 'a song.mp3' --other
+    [ "$output" = "record: --seed 7 --track a song.mp3 --other $top/build/quelar.mp4" ]
 }
 
 @test "play: configures once, by whatever link it is called, and again when the checkout was moved" {
