@@ -38,13 +38,13 @@ struct Lattice {
 
     Lattice() {
         for (unsigned int i = 0; i < SIDE * SIDE; ++i) {
-            const auto x = static_cast<float>(i / SIDE);
+            const unsigned int row = i / SIDE;
             const auto z = static_cast<float>(i % SIDE);
-            vertices.push_back({{x * STEP, 0, z * STEP}, {0.46f, 0.46f, 0.46f, 0.7f}});
+            vertices.push_back({{static_cast<float>(row) * STEP, 0, z * STEP}, {0.46f, 0.46f, 0.46f, 0.7f}});
             if (i % SIDE + 1 < SIDE) {
                 indices.insert(indices.end(), {i, i + 1});
             }
-            if (i / SIDE + 1 < SIDE) {
+            if (row + 1 < SIDE) {
                 indices.insert(indices.end(), {i, i + SIDE});
             }
         }

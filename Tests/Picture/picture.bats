@@ -74,7 +74,7 @@ compared() {
     for moment in "${moments[@]}"; do
         apart=$(compared RMSE "$frames/$moment.png" "$references/$moment.png")
         echo "$moment s: $apart apart"
-        holds "$apart < 0.02" || failed=1
+        holds "$apart < 0.015" || failed=1 # as much as another rasteriser of lines moves them
     done
     ((!failed))
 }

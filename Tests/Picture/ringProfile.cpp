@@ -65,10 +65,9 @@ void printProfile(const std::vector<unsigned char>& frame, const Size& size) {
         white += darkest == 255 ? 1 : 0;
     }
     const int brightest = *std::max_element(largest.begin(), largest.end());
-    std::vector<bool> lit;
-    for (const int value : largest) {
-        lit.push_back(2 * value >= brightest);
-    }
+    std::vector<bool> lit(largest.size());
+    std::transform(largest.begin(), largest.end(), lit.begin(),
+                   [brightest](int value) { return 2 * value >= brightest; });
     const double scale = size.height / USUAL_HEIGHT;
     const std::vector<int> distances =
         squaredDistances(lit, size, static_cast<int>(std::ceil(EDGES.back() * scale)));
