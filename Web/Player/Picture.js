@@ -6,6 +6,9 @@ import { pixelShader, varyingsOf, vertexShader } from "./glsl.js";
 /** Line widths and point sizes are meant for a picture of this height, in pixels; a larger one scales them. */
 const USUAL_HEIGHT = 480;
 
+/** A WebGL that draws lines of this width by itself is taken at its word: they are as wide on a large screen. */
+const WIDEST = 64;
+
 /**
  * What the show draws, drawn on a canvas by WebGL 2. All that is made here can be made again, should the
  * graphics context get lost: textures and programs are known by the numbers that the show gave them.
@@ -27,6 +30,8 @@ export class Picture {
             throw new Error("This browser does not offer WebGL 2.");
         }
         this.gl = gl;
+        /** The widest line that this WebGL draws by itself: often 1. */
+        this.widestLine = gl.getParameter(gl.ALIASED_LINE_WIDTH_RANGE)[1];
         /** @type {Map<number, Program>} */
         this.programs = new Map();
         /** @type {Map<number, {texture: WebGLTexture, framebuffer: WebGLFramebuffer} | null>} */
@@ -108,7 +113,7 @@ export class Picture {
     }
 
     makeProgram(number, vertexText, pixelText) {
-        const program = new Program(this.gl, vertexText, pixelText);
+        const program = new Program(this.gl, vertexText, pixelText, this.drawsWideLines);
         const faults = program.build();
         this.programs.set(number, program);
         return faults.map(({ line, message }) => `${line}: ${message}`).join("\n");
@@ -155,7 +160,7 @@ export class Picture {
         if (!program?.usable) {
             return;
         }
-        const slot = (this.slots[batch.slot] ??= new Slot(gl));
+        const slot = (this.slots[batch.slot] ??= new Slot(gl, this.drawsWideLines));
         slot.take(batch);
         this.setState(batch.blended, batch.tested);
         if (batch.lines.count) {
@@ -163,6 +168,10 @@ export class Picture {
         } else {
             this.drawPoints(program, slot, batch);
         }
+    }
+
+    get drawsWideLines() {
+        return this.widestLine >= WIDEST;
     }
 
     drawPoints(program, slot, { runs, projection }) {
@@ -184,14 +193,23 @@ export class Picture {
         // Once for both drawings of a frame.
         slot.transform(program, projection, points.count);
         program.useLines(this.canvas.width / 2, this.canvas.height / 2);
-        bind(gl, 2, slot.transformed.texture);
-        bind(gl, 3, slot.lines.texture);
-        this.useQuads(lines.count / 2);
         let first = 0;
-        for (const { count, width } of runs) {
-            program.setLineWidth(Math.max(1, width * this.scale));
-            gl.drawElements(gl.TRIANGLES, 6 * count, gl.UNSIGNED_INT, 24 * first);
-            first += count;
+        if (this.drawsWideLines) {
+            gl.bindVertexArray(slot.lineArray);
+            for (const { count, width } of runs) {
+                gl.lineWidth(width * this.scale);
+                gl.drawElements(gl.LINES, 2 * count, gl.UNSIGNED_INT, 8 * first);
+                first += count;
+            }
+        } else {
+            bind(gl, 2, slot.transformed.texture);
+            bind(gl, 3, slot.lines.texture);
+            this.useQuads(lines.count / 2);
+            for (const { count, width } of runs) {
+                program.setLineWidth(width * this.scale);
+                gl.drawElements(gl.TRIANGLES, 6 * count, gl.UNSIGNED_INT, 24 * first);
+                first += count;
+            }
         }
         gl.bindVertexArray(null);
     }

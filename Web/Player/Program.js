@@ -1,4 +1,4 @@
-import { NO_PIXELS, caught, faultsOf, lineShader, pixelShader, varyingsOf, vertexShader } from "./glsl.js";
+import { caught, faultsOf, pixelShader, quadShader, straightShader, varyingsOf, vertexShader } from "./glsl.js";
 
 function compile(gl, type, text) {
     const shader = gl.createShader(type);
@@ -32,9 +32,11 @@ export class Program {
      * @param {WebGL2RenderingContext} gl
      * @param {string} vertexText
      * @param {string} pixelText
+     * @param {boolean} wideLines whether WebGL draws lines as wide as they are
      */
-    constructor(gl, vertexText, pixelText) {
+    constructor(gl, vertexText, pixelText, wideLines) {
         this.gl = gl;
+        this.lineShader = wideLines ? straightShader : quadShader;
         this.texts = [vertexText, pixelText];
         /** @type {Map<string, number>} */
         this.uniforms = new Map();
@@ -54,7 +56,7 @@ export class Program {
         const varyings = varyingsOf(vertexText, pixelText);
         const vertex = compile(gl, gl.VERTEX_SHADER, vertexShader(vertexText, varyings));
         const pixels = compile(gl, gl.FRAGMENT_SHADER, pixelShader(pixelText, varyings));
-        const line = compile(gl, gl.VERTEX_SHADER, lineShader(varyings));
+        const line = compile(gl, gl.VERTEX_SHADER, this.lineShader(varyings));
         const link = (first, second, kept) => {
             const program = gl.createProgram();
             gl.attachShader(program, first);
@@ -170,4 +172,3 @@ class Linked {
         this.gl.deleteProgram(this.program);
     }
 }
-export { NO_PIXELS };

@@ -112,12 +112,28 @@ export const caught = (varyings) => ["gl_Position", ...varyings.map(({ name }) =
 
 
 /**
+ * Lines between points that have been through the vertex shader, where WebGL draws them as wide as they are.
+ * @param {Varying[]} varyings
+ */
+export function straightShader(varyings) {
+    return `${PRECISION}
+layout(location = 0) in vec4 show_place;
+${varyings.map(({ name }, i) => `layout(location = ${i + 1}) in vec4 caught_${name};`).join("\n")}
+${varyings.map(({ type, name }) => `out ${type} ${name};`).join("\n")}
+void main() {
+    gl_Position = show_place;
+${varyings.map(({ type, name }) => `    ${name} = caught_${name}${PARTS[type]};`).join("\n")}
+}
+`;
+}
+
+/**
  * Lines that are wider than WebGL draws them: a quad each, made of two points that have been through the
  * vertex shader. Cut where they come too near, widened across the axis along which they are shorter, as
  * OpenGL does it.
  * @param {Varying[]} varyings
  */
-export function lineShader(varyings) {
+export function quadShader(varyings) {
     const texels = caught(varyings).length;
     return `${PRECISION}
 precision highp usampler2D;
@@ -137,34 +153,20 @@ void main() {
     int here = atEnd ? ends.y : ends.x;
     int there = atEnd ? ends.x : ends.y;
 
-    vec4 near = texel(here);
-    vec4 far = texel(there);
-    float before = near.z + near.w; // of the near plane
-    float farBefore = far.z + far.w;
-    float cut = 0.0;
-    if (before < 0.0) {
-        cut = before / (before - farBefore);
-    }
-    if (before < 0.0 && farBefore < 0.0) {
-        gl_Position = vec4(2.0, 2.0, 2.0, 1.0);
-        return;
-    }
-    vec4 end = farBefore < 0.0 ? mix(far, near, farBefore / (farBefore - before)) : far;
-    vec4 begin = mix(near, far, cut);
+    vec4 begin = texel(here);
+    vec4 end = texel(there);
+    gl_Position = begin; // the near plane cuts off what is before it, but tells which way the line goes
+    float before = begin.z + begin.w;
+    float endBefore = end.z + end.w;
+    if (before < 0.0) begin = mix(begin, end, before / (before - endBefore));
+    if (endBefore < 0.0) end = mix(end, begin, endBefore / (endBefore - before));
     vec2 along = abs(end.xy / end.w - begin.xy / begin.w) * show_halfSize;
     vec2 across = along.x >= along.y ? vec2(0.0, show_halfWidth) : vec2(show_halfWidth, 0.0);
-    gl_Position = begin;
-    gl_Position.xy += side * across / show_halfSize * begin.w;
-${varyings.map(({ name, type }, i) => `    ${name} = texel(here + ${i + 1})${PARTS[type]};
-    if (cut > 0.0) ${name} = mix(${name}, texel(there + ${i + 1})${PARTS[type]}, cut);`).join("\n")}
+    gl_Position.xy += side * across / show_halfSize * gl_Position.w;
+${varyings.map(({ name, type }, i) => `    ${name} = texel(here + ${i + 1})${PARTS[type]};`).join("\n")}
 }
 `;
 }
-
-/** The pixels of what is only caught, never drawn. */
-export const NO_PIXELS = `${PRECISION}
-void main() {}
-`;
 
 /**
  * What the compiler says of a text, in that text's own lines and names.
