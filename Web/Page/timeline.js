@@ -29,7 +29,9 @@ export function timeline(player, goal) {
     const there = element("there", HTMLElement);
     const frame = element("timeline", HTMLElement);
     const { duration } = player;
-    const scenes = player.scenes.map(({ name, start }) => ({ name: TITLES.get(name) ?? name, start }));
+    /** @type {{name: string, start: number}[]} */
+    const own = player.scenes;
+    const scenes = own.map(({ name, start }) => ({ name: TITLES.get(name) ?? name, start }));
 
     /** @param {number} seconds */
     const sceneAt = (seconds) =>
