@@ -30,7 +30,9 @@ watch(SHADERS, (_, name) => {
 const server = createServer(async (request, answer) => {
     const path = normalize(decodeURIComponent(new URL(request.url ?? "/", "http://localhost").pathname));
     if (path === "/events") {
-        answer.writeHead(200, { "Content-Type": "text/event-stream", "Cache-Control": "no-store" }).flushHeaders();
+        answer
+            .writeHead(200, { "Content-Type": "text/event-stream", "Cache-Control": "no-store" })
+            .flushHeaders();
         followers.add(answer);
         request.on("close", () => followers.delete(answer));
         return;
@@ -55,5 +57,6 @@ server.listen(Number(process.env.PORT ?? 8000), "127.0.0.1");
 server.on("error", () => server.listen(0, "127.0.0.1")); // taken: any other
 server.on("listening", () => {
     const address = server.address();
-    if (address && typeof address === "object") console.log(`The show is on http://127.0.0.1:${address.port}/`);
+    if (address && typeof address === "object")
+        console.log(`The show is on http://127.0.0.1:${address.port}/`);
 });

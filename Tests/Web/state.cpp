@@ -8,36 +8,18 @@
 #include "Host.h"
 #include "Track.h"
 
-#include <GL/glew.h>
-#include <SDL.h>
 #include <fmod_clock.h>
 
+#include <Stage.h>
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <fstream>
 #include <iostream>
 #include <string>
 #include <vector>
 
 namespace {
-const std::size_t LATTICE_POINTS = 10000; // the first of what a scene draws
-const std::size_t POINT_NUMBERS = 7;      // position and colour
-
-unsigned int now = 0; // ms, the show's only clock
-std::uint32_t sum = 0;
-bool latticeDue = false;
-const float* points = nullptr;
-
-void add(const float* numbers, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) {
-        std::uint32_t bits = 0;
-        std::memcpy(&bits, numbers + i, sizeof bits);
-        sum = (sum ^ bits) * 16777619U; // FNV-1a, by words
-    }
-}
-
 int writeWav(const char* track, const char* name) {
     const fmodex::Track decoded(track, true);
     std::vector<fmodex::Frame> frames(decoded.getLength());
@@ -63,38 +45,12 @@ int host::start(int argc, char** argv) {
     if (argc == 4 && std::string(argv[1]) == "--wav") {
         return writeWav(argv[2], argv[3]);
     }
-    FMOD_Clock_Set([]() { return now * 1000ULL; });
-    __glewUniform1f = [](GLint /*location*/, GLfloat value) {
-        add(&value, 1);
-        latticeDue = true;
-    };
+    FMOD_Clock_Set([]() { return stage.now * 1000ULL; });
     std::cout.setstate(std::ios::failbit); // the show's own lines
     return playShow();
 }
 
-extern "C" {
-
-// The linker leads the show's calls to these.
-void __wrap_glVertexPointer(GLint /*size*/, GLenum /*type*/,
-                            GLsizei /*stride*/, // NOLINT(bugprone-reserved-identifier)
-                            const void* first) {
-    points = static_cast<const float*>(first);
-}
-void __wrap_glDrawElements(GLenum /*mode*/, GLsizei /*count*/,
-                           GLenum /*type*/, // NOLINT(bugprone-reserved-identifier)
-                           const void* /*indices*/) {
-    if (latticeDue) {
-        add(points, LATTICE_POINTS * POINT_NUMBERS);
-        latticeDue = false;
-    }
-}
-
-void gluLookAt(GLdouble, GLdouble, GLdouble, GLdouble, GLdouble, GLdouble, GLdouble, GLdouble, GLdouble) {}
-void SDL_GL_SwapBuffers() {
+void Stage::atSwap() {
     std::printf("%08x\n", sum);
     sum = 0;
-}
-void SDL_Quit() {}
-Uint32 SDL_GetTicks() { return now; }
-void SDL_Delay(Uint32 ms) { now += ms; }
 }

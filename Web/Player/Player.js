@@ -36,9 +36,17 @@ export class Player extends EventTarget {
         const [show, , ...texts] = await Promise.all([
             Show.load({ picture, sound, base }),
             loading.get("data/music/quelar.mp3").then((file) => sound.load(file)),
-            ...SHADERS.map(async (name) => new TextDecoder().decode(await loading.get(`data/shaders/${name}`))),
+            ...SHADERS.map(async (name) =>
+                new TextDecoder().decode(await loading.get(`data/shaders/${name}`)),
+            ),
         ]);
-        const player = new Player(canvas, picture, sound, show, new Map(SHADERS.map((name, i) => [name, texts[i]])));
+        const player = new Player(
+            canvas,
+            picture,
+            sound,
+            show,
+            new Map(SHADERS.map((name, i) => [name, texts[i]])),
+        );
         player.size = size;
         player.follow();
         picture.resize(player.width, player.height);
@@ -60,7 +68,8 @@ export class Player extends EventTarget {
         this.takers = []; // who waits for a picture
         this.hiddenWhilePlaying = false;
         this.ending = new AbortController();
-        const listen = (target, name, action) => target.addEventListener(name, action, { signal: this.ending.signal });
+        const listen = (target, name, action) =>
+            target.addEventListener(name, action, { signal: this.ending.signal });
         listen(canvas, "webglcontextlost", (event) => event.preventDefault());
         listen(canvas, "webglcontextrestored", () => this.restoreContext());
         listen(document, "visibilitychange", () => this.hideOrShow());
@@ -200,8 +209,12 @@ export class Player extends EventTarget {
     follow() {
         const { devicePixelRatio } = window;
         this.width = this.size?.width ?? Math.max(1, Math.round(this.canvas.clientWidth * devicePixelRatio));
-        this.height = this.size?.height ?? Math.max(1, Math.round(this.canvas.clientHeight * devicePixelRatio));
-        if (this.state !== "loading" && (this.canvas.width !== this.width || this.canvas.height !== this.height)) {
+        this.height =
+            this.size?.height ?? Math.max(1, Math.round(this.canvas.clientHeight * devicePixelRatio));
+        if (
+            this.state !== "loading" &&
+            (this.canvas.width !== this.width || this.canvas.height !== this.height)
+        ) {
             this.redraw();
         }
     }

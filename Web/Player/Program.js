@@ -1,4 +1,12 @@
-import { caught, faultsOf, pixelShader, quadShader, straightShader, varyingsOf, vertexShader } from "./glsl.js";
+import {
+    caught,
+    faultsOf,
+    pixelShader,
+    quadShader,
+    straightShader,
+    varyingsOf,
+    vertexShader,
+} from "./glsl.js";
 
 function compile(gl, type, text) {
     const shader = gl.createShader(type);
@@ -75,7 +83,12 @@ export class Program {
         ];
         for (const program of [main, lines]) {
             if (!faults.length && !gl.getProgramParameter(program, gl.LINK_STATUS) && !gl.isContextLost()) {
-                faults.push(...faultsOf(gl.getProgramInfoLog(program)).map((fault) => ({ ...fault, ofVertices: false })));
+                faults.push(
+                    ...faultsOf(gl.getProgramInfoLog(program)).map((fault) => ({
+                        ...fault,
+                        ofVertices: false,
+                    })),
+                );
             }
         }
         for (const shader of [vertex, pixels, line]) {

@@ -24,7 +24,13 @@ class ListBuffer {
             changedFrom = 0;
             changedTo = count;
         }
-        gl.bufferSubData(this.target, 4 * size * changedFrom, items, size * changedFrom, size * (changedTo - changedFrom));
+        gl.bufferSubData(
+            this.target,
+            4 * size * changedFrom,
+            items,
+            size * changedFrom,
+            size * (changedTo - changedFrom),
+        );
         return true;
     }
 }
@@ -71,10 +77,32 @@ class ListTexture {
         const end = changedTo * texels;
         const whole = Math.floor(end / row);
         if (whole > first) {
-            gl.texSubImage2D(gl.TEXTURE_2D, 0, 0, first, row, whole - first, this.format, this.type, items, first * row * size);
+            gl.texSubImage2D(
+                gl.TEXTURE_2D,
+                0,
+                0,
+                first,
+                row,
+                whole - first,
+                this.format,
+                this.type,
+                items,
+                first * row * size,
+            );
         }
         if (end > whole * row) {
-            gl.texSubImage2D(gl.TEXTURE_2D, 0, 0, whole, end - whole * row, 1, this.format, this.type, items, whole * row * size);
+            gl.texSubImage2D(
+                gl.TEXTURE_2D,
+                0,
+                0,
+                whole,
+                end - whole * row,
+                1,
+                this.format,
+                this.type,
+                items,
+                whole * row * size,
+            );
         }
         return true;
     }
@@ -129,7 +157,12 @@ export class Slot {
     /** Puts each point through a program's vertex shader, unless that would change nothing. */
     transform(program, projection, count) {
         const { gl, seen } = this;
-        if (!this.changed && seen.program === program && seen.version === program.version && seen.projection.every((x, i) => x === projection[i])) {
+        if (
+            !this.changed &&
+            seen.program === program &&
+            seen.version === program.version &&
+            seen.projection.every((x, i) => x === projection[i])
+        ) {
             return;
         }
         this.changed = false;

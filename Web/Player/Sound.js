@@ -61,7 +61,10 @@ export class Sound {
         try {
             this.open();
             if (this.context.state !== "running") {
-                await Promise.race([this.context.resume(), new Promise((resolve) => setTimeout(resolve, PATIENCE / 2))]);
+                await Promise.race([
+                    this.context.resume(),
+                    new Promise((resolve) => setTimeout(resolve, PATIENCE / 2)),
+                ]);
             }
         } catch {
             return;

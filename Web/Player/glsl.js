@@ -20,7 +20,9 @@ precision highp sampler2D;
  */
 export function varyingsOf(vertexText, pixelText) {
     const varyings = [{ type: "vec4", name: "show_Colour" }];
-    const coordinates = new Set([...(vertexText + pixelText).matchAll(/\bgl_TexCoord\s*\[\s*(\d)\s*\]/g)].map((m) => m[1]));
+    const coordinates = new Set(
+        [...(vertexText + pixelText).matchAll(/\bgl_TexCoord\s*\[\s*(\d)\s*\]/g)].map((m) => m[1]),
+    );
     for (const index of coordinates) {
         varyings.push({ type: "vec4", name: `show_TexCoord${index}` });
     }
@@ -38,7 +40,10 @@ function renamed(text) {
     return text
         .replace(/^[ \t]*#[ \t]*version.*$/m, "")
         .replace(/\bgl_TexCoord\s*\[\s*(\d)\s*\]/g, "show_TexCoord$1")
-        .replace(/\bgl_(Color|FrontColor|FragColor|Vertex|MultiTexCoord0|ModelViewMatrix|ProjectionMatrix|ModelViewProjectionMatrix)\b/g, "show_$1")
+        .replace(
+            /\bgl_(Color|FrontColor|FragColor|Vertex|MultiTexCoord0|ModelViewMatrix|ProjectionMatrix|ModelViewProjectionMatrix)\b/g,
+            "show_$1",
+        )
         .replace(/\bgl_FragData\s*\[\s*0\s*\]/g, "show_FragColor")
         .replace(/\btexture2D(Lod|Proj)?\s*\(/g, "texture$1(")
         .replace(/\bvoid\s+main\s*\(\s*(void)?\s*\)/, "void show_main()");
@@ -110,7 +115,6 @@ const PARTS = { float: ".x", vec2: ".xy", vec3: ".xyz", vec4: "" };
 /** What is caught of a point behind the vertex shader, in the order of its texels. */
 export const caught = (varyings) => ["gl_Position", ...varyings.map(({ name }) => `caught_${name}`)];
 
-
 /**
  * Lines between points that have been through the vertex shader, where WebGL draws them as wide as they are.
  * @param {Varying[]} varyings
@@ -178,7 +182,11 @@ export function faultsOf(log) {
     for (const said of log.split("\n")) {
         const found = said.replace(/\0/g, "").match(/^ERROR:\s*\d+:(\d+):\s*(.*)$/);
         if (found) {
-            const message = found[2].replace(/show_Colour/g, "gl_Color").replace(/show_TexCoord(\d)/g, "gl_TexCoord[$1]").replace(/show_main/g, "main").replace(/show_/g, "gl_");
+            const message = found[2]
+                .replace(/show_Colour/g, "gl_Color")
+                .replace(/show_TexCoord(\d)/g, "gl_TexCoord[$1]")
+                .replace(/show_main/g, "main")
+                .replace(/show_/g, "gl_");
             faults.push({ line: Number(found[1]), message });
         }
     }
