@@ -57,6 +57,7 @@ server.listen(Number(process.env.PORT ?? 8000), "127.0.0.1");
 server.on("error", () => server.listen(0, "127.0.0.1")); // taken: any other
 server.on("listening", () => {
     const address = server.address();
-    if (address && typeof address === "object")
+    if (address && typeof address === "object") {
         console.log(`The show is on http://127.0.0.1:${address.port}/`);
+    }
 });

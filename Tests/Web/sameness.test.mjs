@@ -19,7 +19,7 @@ const program = (name) => join(root, "build/bin", name);
 
 const MOMENTS = [1, 9.6, 14, 24.3, 41, 52, 55.3, 61.2, 66.5, 74, 83, 95]; // two of each scene
 const FLIGHT = 760; // the frame at which the music begins to move the lattice
-const APART = 0.02; // of two pictures seen from afar, as in the tests of the picture
+const APART = 0.015; // of two pictures seen from afar, as in the tests of the picture
 
 let server, opened, folder;
 
@@ -165,9 +165,8 @@ async function states({ read }, seed) {
             makeProgram: () => "",
         };
         for (const call of ["reset", "makeTexture", "setTarget", "clear", "drawQuad"]) stage[call] = () => {};
-        show.picture = stage;
         show.engine.picture = stage;
-        show.begin({ seed: chance }, texts);
+        show.begin(chance, texts);
         window.sumUp = (frame) => {
             sum = 0;
             show.goTo(frame);

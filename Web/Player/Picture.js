@@ -1,6 +1,5 @@
 import { Slot } from "./Slot.js";
-import { Program } from "./Program.js";
-import { compileErrors } from "./Program.js";
+import { Program, faultsOfText } from "./Program.js";
 import { pixelShader, varyingsOf, vertexShader } from "./glsl.js";
 
 /** Line widths and point sizes are meant for a picture of this height, in pixels; a larger one scales them. */
@@ -12,13 +11,15 @@ const WIDEST = 64;
 /**
  * What the show draws, drawn on a canvas by WebGL 2. All that is made here can be made again, should the
  * graphics context get lost: textures and programs are known by the numbers that the show gave them.
+ *
+ * @typedef {{texture: WebGLTexture | null, framebuffer: WebGLFramebuffer | null}} Target
  */
 export class Picture {
     /**
      * @param {HTMLCanvasElement} canvas
-     * @param {{antialias: boolean}} options
+     * @param {boolean} antialias whether edges may be smoothed
      */
-    constructor(canvas, { antialias }) {
+    constructor(canvas, antialias) {
         this.canvas = canvas;
         const gl = canvas.getContext("webgl2", {
             alpha: false,
@@ -34,11 +35,19 @@ export class Picture {
         this.widestLine = gl.getParameter(gl.ALIASED_LINE_WIDTH_RANGE)[1];
         /** @type {Map<number, Program>} */
         this.programs = new Map();
-        /** @type {Map<number, {texture: WebGLTexture, framebuffer: WebGLFramebuffer} | null>} */
+        /** @type {Map<number, Target>} */
         this.textures = new Map();
         /** @type {Slot[]} */
         this.slots = [];
-        this.target = 0;
+        /** @type {WebGLBuffer | null} */
+        this.corners = null; // of a picture drawn as a whole ...
+        /** @type {WebGLVertexArrayObject | null} */
+        this.quad = null;
+        /** @type {WebGLTexture | null} */
+        this.quadMatrix = null; // ... and its model-view matrix
+        /** @type {{array: WebGLVertexArrayObject | null, buffer: WebGLBuffer | null} | null} */
+        this.quadElements = null; // four corners for each line
+        this.quadCount = 0;
         this.prepare();
     }
 
@@ -85,17 +94,18 @@ export class Picture {
         this.textures.clear();
     }
 
-    /** The canvas gets so many pixels, and what is drawn on the way to it likewise. */
+    /**
+     * The canvas gets so many pixels, and what is drawn on the way to it likewise.
+     * @param {number} width
+     * @param {number} height
+     */
     resize(width, height) {
-        if (this.canvas.width === width && this.canvas.height === height) {
-            return false;
-        }
+        if (this.canvas.width === width && this.canvas.height === height) return;
         this.canvas.width = width;
         this.canvas.height = height;
         for (const texture of this.textures.keys()) {
             this.makeTexture(texture);
         }
-        return true;
     }
 
     get scale() {
@@ -104,14 +114,23 @@ export class Picture {
 
     // The show's own calls, see Engine/page.h.
 
+    /**
+     * @param {boolean} ofVertices
+     * @param {string} text
+     */
     compile(ofVertices, text) {
         const varyings = varyingsOf(ofVertices ? text : "", ofVertices ? "" : text);
         const translated = (ofVertices ? vertexShader : pixelShader)(text, varyings);
-        return compileErrors(this.gl, ofVertices, translated)
+        return faultsOfText(this.gl, ofVertices, translated)
             .map(({ line, message }) => `${line}: ${message}`)
             .join("\n");
     }
 
+    /**
+     * @param {number} number
+     * @param {string} vertexText
+     * @param {string} pixelText
+     */
     makeProgram(number, vertexText, pixelText) {
         const program = new Program(this.gl, vertexText, pixelText, this.drawsWideLines);
         const faults = program.build();
@@ -119,10 +138,16 @@ export class Picture {
         return faults.map(({ line, message }) => `${line}: ${message}`).join("\n");
     }
 
+    /**
+     * @param {number} number
+     * @param {string} name
+     * @param {number} value
+     */
     setUniform(number, name, value) {
         this.programs.get(number)?.setUniform(name, value);
     }
 
+    /** @param {number} number */
     makeTexture(number) {
         const { gl } = this;
         this.deleteTexture(this.textures.get(number));
@@ -135,6 +160,7 @@ export class Picture {
         this.textures.set(number, { texture, framebuffer });
     }
 
+    /** @param {Target | undefined} made */
     deleteTexture(made) {
         if (made) {
             this.gl.deleteTexture(made.texture);
@@ -142,22 +168,30 @@ export class Picture {
         }
     }
 
+    /** @param {number} number */
     setTarget(number) {
         const { gl } = this;
         gl.bindFramebuffer(gl.FRAMEBUFFER, this.textures.get(number)?.framebuffer ?? null);
         gl.viewport(0, 0, this.canvas.width, this.canvas.height);
     }
 
+    /**
+     * @param {number} r
+     * @param {number} g
+     * @param {number} b
+     * @param {number} a
+     */
     clear(r, g, b, a) {
         const { gl } = this;
         gl.clearColor(r, g, b, a);
         gl.clear(gl.COLOR_BUFFER_BIT | gl.DEPTH_BUFFER_BIT);
     }
 
+    /** @param {import("./Engine.js").Batch} batch */
     draw(batch) {
         const { gl } = this;
         const program = this.programs.get(batch.program);
-        if (!program?.usable) {
+        if (!program?.main) {
             return;
         }
         const slot = (this.slots[batch.slot] ??= new Slot(gl, this.drawsWideLines));
@@ -170,29 +204,50 @@ export class Picture {
         }
     }
 
+    /**
+     * Puts another text in place of one of a program's two.
+     * @param {number} index of the program, in the order of their making
+     * @param {boolean} ofVertices
+     * @param {string} text
+     */
+    replaceShader(index, ofVertices, text) {
+        const program = [...this.programs.values()][index];
+        return program.replace(ofVertices, text).map(({ line, message }) => ({ line, message }));
+    }
+
     get drawsWideLines() {
         return this.widestLine >= WIDEST;
     }
 
+    /**
+     * @param {Program} program
+     * @param {Slot} slot
+     * @param {import("./Engine.js").Batch} batch
+     */
     drawPoints(program, slot, { runs, projection }) {
         const { gl } = this;
-        program.useMain(projection);
+        const main = program.useMain(projection);
         bind(gl, 1, slot.matrices.texture);
         gl.bindVertexArray(slot.vertexArray);
         let first = 0;
         for (const { count, width } of runs) {
-            program.setPointSize(Math.max(1, width * this.scale));
+            main.setPointSize(Math.max(1, width * this.scale));
             gl.drawArrays(gl.POINTS, first, count);
             first += count;
         }
         gl.bindVertexArray(null);
     }
 
+    /**
+     * @param {Program} program
+     * @param {Slot} slot
+     * @param {import("./Engine.js").Batch} batch
+     */
     drawLines(program, slot, { points, lines, runs, projection }) {
         const { gl } = this;
         // Once for both drawings of a frame.
         slot.transform(program, projection, points.count);
-        program.useLines(this.canvas.width / 2, this.canvas.height / 2);
+        const between = program.useLines(this.canvas.width / 2, this.canvas.height / 2);
         let first = 0;
         if (this.drawsWideLines) {
             gl.bindVertexArray(slot.lineArray);
@@ -203,10 +258,10 @@ export class Picture {
             }
         } else {
             bind(gl, 2, slot.transformed.texture);
-            bind(gl, 3, slot.lines.texture);
+            bind(gl, 3, slot.lines?.texture ?? null);
             this.useQuads(lines.count / 2);
             for (const { count, width } of runs) {
-                program.setLineWidth(width * this.scale);
+                between.setWidth(width * this.scale);
                 gl.drawElements(gl.TRIANGLES, 6 * count, gl.UNSIGNED_INT, 24 * first);
                 first += count;
             }
@@ -214,11 +269,12 @@ export class Picture {
         gl.bindVertexArray(null);
     }
 
+    /** @param {import("./Engine.js").Quad} quad */
     drawQuad({ program: number, texture, corners, projection, modelView, blended }) {
         const { gl } = this;
         const program = this.programs.get(number);
         const source = this.textures.get(texture);
-        if (!program?.usable || !source) {
+        if (!program?.main || !source) {
             return;
         }
         this.setState(blended, false);
@@ -233,13 +289,20 @@ export class Picture {
         gl.bindVertexArray(null);
     }
 
+    /**
+     * @param {boolean} blended
+     * @param {boolean} tested
+     */
     setState(blended, tested) {
         const { gl } = this;
         blended ? gl.enable(gl.BLEND) : gl.disable(gl.BLEND);
         tested ? gl.enable(gl.DEPTH_TEST) : gl.disable(gl.DEPTH_TEST);
     }
 
-    /** Four corners for each line, made of nothing but their numbers. */
+    /**
+     * Four corners for each line, made of nothing but their numbers.
+     * @param {number} count
+     */
     useQuads(count) {
         const { gl } = this;
         if (count > this.quadCount) {
@@ -253,16 +316,25 @@ export class Picture {
             gl.bindBuffer(gl.ELEMENT_ARRAY_BUFFER, this.quadElements.buffer);
             gl.bufferData(gl.ELEMENT_ARRAY_BUFFER, numbers, gl.STATIC_DRAW);
         }
-        gl.bindVertexArray(this.quadElements.array);
+        gl.bindVertexArray(this.quadElements?.array ?? null);
     }
 }
 
+/**
+ * @param {WebGL2RenderingContext} gl
+ * @param {number} unit
+ * @param {WebGLTexture | null} texture
+ */
 function bind(gl, unit, texture) {
     gl.activeTexture(gl.TEXTURE0 + unit);
     gl.bindTexture(gl.TEXTURE_2D, texture);
 }
 
-/** A texture, bound, with its filter. */
+/**
+ * A texture, bound, with its filter.
+ * @param {WebGL2RenderingContext} gl
+ * @param {number} filter
+ */
 function newTexture(gl, filter) {
     const texture = gl.createTexture();
     bind(gl, 0, texture);

@@ -1,17 +1,20 @@
+import { fetchEngine } from "./Engine.js";
+import { Loading } from "./Loading.js";
 import { Picture } from "./Picture.js";
+import { Scout } from "./Scout.js";
 import { Show } from "./Show.js";
 import { Sound } from "./Sound.js";
 
 /** The shader files, two for each program of the show, in the order in which it makes them. */
 const SHADERS = ["pulse.vs", "pulse.ps", "hblur.vs", "hblur.ps", "vblur.vs", "vblur.ps"];
 
-/** Time to look ahead with, while nothing plays: ms at a stretch. */
-const IDLE_SLICE = 8;
-
 /**
  * Plays the show on a canvas.
  *
  * Fires "state" when its state changes, and "frame" after each frame that it has drawn.
+ *
+ * @typedef {"loading" | "ready" | "playing" | "paused" | "ended" | "failed"} State
+ * @typedef {{width: number, height: number}} Size in pixels
  */
 export class Player extends EventTarget {
     /** Whether this browser has what it takes. */
@@ -25,150 +28,162 @@ export class Player extends EventTarget {
      * @param {object} wishes
      * @param {HTMLCanvasElement} wishes.canvas
      * @param {number} [wishes.seed] of the show's chance
-     * @param {{width: number, height: number}} [wishes.size] in pixels; without, as large as the canvas is shown
+     * @param {Size} [wishes.size] without, the canvas has as many pixels as it is large
      * @param {(done: number) => void} [wishes.onProgress] 0 to 1
-     * @param {string} [wishes.base] the address of the folder with the engine and the data
      */
-    static async load({ canvas, seed, size, onProgress = () => {}, base = document.baseURI }) {
-        const loading = new Loading(base, onProgress);
+    static async load({ canvas, seed, size, onProgress = () => {} }) {
+        const loading = new Loading(document.baseURI, onProgress);
+        const picture = new Picture(canvas, !size);
         const sound = new Sound();
-        const picture = new Picture(canvas, { antialias: !size });
-        const [show, , ...texts] = await Promise.all([
-            Show.load({ picture, sound, base }),
+        const [loadEngine, texts] = await Promise.all([
+            fetchEngine(loading.base, loading.get("quelar.wasm")),
+            Promise.all(SHADERS.map((name) => loading.getText(`data/shaders/${name}`))),
             loading.get("data/music/quelar.mp3").then((file) => sound.load(file)),
-            ...SHADERS.map(async (name) =>
-                new TextDecoder().decode(await loading.get(`data/shaders/${name}`)),
-            ),
         ]);
-        const player = new Player(
-            canvas,
-            picture,
-            sound,
-            show,
-            new Map(SHADERS.map((name, i) => [name, texts[i]])),
-        );
-        player.size = size;
-        player.follow();
-        picture.resize(player.width, player.height);
+        const show = await Show.load(loadEngine, picture, sound);
+        const scout = await Scout.load(loadEngine, sound);
+        const player = new Player(canvas, picture, sound, show, scout, size);
+        SHADERS.forEach((name, i) => player.texts.set(name, texts[i]));
+        const { width, height } = player.extent;
+        picture.resize(width, height);
         player.begin(seed);
         player.setState("ready");
         return player;
     }
 
-    constructor(canvas, picture, sound, show, texts) {
+    /**
+     * @param {HTMLCanvasElement} canvas
+     * @param {Picture} drawing
+     * @param {Sound} sound
+     * @param {Show} show
+     * @param {Scout} scout
+     * @param {Size | undefined} size
+     */
+    constructor(canvas, drawing, sound, show, scout, size) {
         super();
-        Object.assign(this, { canvas, drawing: picture, sound, show, texts });
-        this.originals = new Map(texts);
-        this.state = "loading";
-        this.scenes = show.scenes;
-        this.duration = (show.frames * show.frameMs) / 1000;
+        this.canvas = canvas;
+        this.drawing = drawing;
+        this.sound = sound;
+        this.show = show;
+        this.scout = scout;
+        this.size = size;
+        /** @type {Map<string, string>} */
+        this.texts = new Map(); // in force
         this.shaders = SHADERS;
+        this.scenes = show.scenes;
+        /** @type {number | undefined} */
+        this.seed = undefined;
+        /** @type {State} */
+        this.state = "loading";
         this.shown = 0; // the frame on screen
-        this.anchor = { time: 0, at: 0 };
-        this.takers = []; // who waits for a picture
-        this.hiddenWhilePlaying = false;
+        this.wanted = 0; // the frame to go to
+        /** @type {Promise<void> | null} */
+        this.seeking = null;
+        this.anchor = { time: 0, at: 0 }; // seconds of the show, and when that was in ms
+        this.waiting = false; // for the sound
+        this.request = 0;
+        this.redrawn = false; // whether the frame on screen is to be drawn again
+        /** @type {BlobCallback[]} */
+        this.takers = []; // who wait for a picture
+        this.awaited = false; // playing, as soon as the page is seen again
+
         this.ending = new AbortController();
-        const listen = (target, name, action) =>
-            target.addEventListener(name, action, { signal: this.ending.signal });
-        listen(canvas, "webglcontextlost", (event) => event.preventDefault());
-        listen(canvas, "webglcontextrestored", () => this.restoreContext());
-        listen(document, "visibilitychange", () => this.hideOrShow());
+        const { signal } = this.ending;
+        canvas.addEventListener("webglcontextlost", (event) => event.preventDefault(), { signal });
+        canvas.addEventListener("webglcontextrestored", () => this.restoreContext(), { signal });
+        document.addEventListener("visibilitychange", () => this.hideOrShow(), { signal });
         this.resizing = new ResizeObserver(() => this.follow());
         this.resizing.observe(canvas);
     }
 
     dispose() {
+        this.pause();
         this.ending.abort();
         this.resizing.disconnect();
-        cancelAnimationFrame(this.request);
-        clearTimeout(this.exploring);
+        this.scout.stop();
         this.sound.close();
-        this.setState("paused");
     }
 
     // Time
 
-    /** Seconds of the show: while it plays those of the sound, if there is any. */
+    /** The moment on screen, in seconds of the show. */
     get time() {
-        return (this.shown * this.show.frameMs) / 1000;
+        return (this.shown * this.frameMs) / 1000;
+    }
+
+    /** Seconds. */
+    get duration() {
+        return (this.frames * this.frameMs) / 1000;
+    }
+
+    get frames() {
+        return this.show.frames;
+    }
+
+    get frameMs() {
+        return this.show.frameMs;
     }
 
     async play() {
-        if (this.state === "playing") {
-            return;
-        }
-        if (this.state === "ended") {
-            this.shown = 0;
-        }
-        clearTimeout(this.exploring);
+        if (this.state === "playing") return;
+        if (this.state === "ended") this.shown = 0;
         this.setState("playing");
-        await this.startClock(this.time);
+        await this.startClock();
         this.tick();
     }
 
     pause() {
-        if (this.state !== "playing") {
-            return;
-        }
+        this.awaited = false;
+        if (this.state !== "playing") return;
         this.sound.stop();
         cancelAnimationFrame(this.request);
         this.setState("paused");
-        this.explore();
     }
 
     /**
-     * Goes to a moment, in seconds.
+     * Goes to a moment, in seconds; of several wishes at a time the newest counts.
      * @param {number} seconds
      */
     async seek(seconds) {
-        const frame = Math.floor((1000 * seconds) / this.show.frameMs + 1e-6);
-        this.wanted = Math.max(0, Math.min(frame, this.show.frames - 1));
-        if (this.seeking) {
-            return this.seeking; // the newest wins
-        }
-        this.seeking = new Promise((resolve) => requestAnimationFrame(resolve)).then(async () => {
+        const frame = Math.floor((1000 * seconds) / this.frameMs + 1e-6);
+        this.wanted = Math.max(0, Math.min(frame, this.frames - 1));
+        this.seeking ??= new Promise((resolve) => requestAnimationFrame(resolve)).then(async () => {
             this.seeking = null;
             this.drawFrame(this.wanted);
             if (this.state === "playing") {
-                await this.startClock(this.time);
-            } else if (this.state === "ended" || this.state === "ready") {
+                await this.startClock();
+            } else {
                 this.setState("paused");
             }
         });
         return this.seeking;
     }
 
-    async startClock(time) {
-        this.anchor = { time, at: performance.now() };
-        this.waitingForSound = true;
-        await this.sound.play(time);
-        this.waitingForSound = false;
-        this.anchor = { time, at: performance.now() };
+    /** Time goes on from the frame on screen. */
+    async startClock() {
+        this.waiting = true;
+        await this.sound.play(this.time);
+        this.waiting = false;
+        this.anchor = { time: this.time, at: performance.now() };
     }
 
-    /** The moment that the show is to be at, in seconds. */
+    /** The moment that the show is to be at, in seconds: that of the sound, if there is any. */
     get now() {
         const at = performance.now();
-        if (this.sound.sounding) {
-            this.anchor = { time: this.sound.position, at };
-        }
+        if (this.sound.sounding) this.anchor = { time: this.sound.position, at };
         return this.anchor.time + (at - this.anchor.at) / 1000;
     }
 
     /** Once for each picture that the screen shows. */
     tick() {
         cancelAnimationFrame(this.request);
-        if (this.state !== "playing") {
-            return;
-        }
+        if (this.state !== "playing") return;
         this.request = requestAnimationFrame(() => this.tick());
-        if (this.waitingForSound || this.seeking) {
-            return;
-        }
-        const due = Math.floor((1000 * this.now) / this.show.frameMs);
-        if (due >= this.show.frames) {
+        if (this.waiting || this.seeking) return;
+        const due = Math.floor((1000 * this.now) / this.frameMs);
+        if (due >= this.frames) {
             this.end();
-        } else if (due > this.shown || this.takers.length || this.mustRedraw) {
+        } else if (due > this.shown || this.redrawn || this.takers.length) {
             this.drawFrame(Math.max(due, this.shown));
         }
     }
@@ -176,55 +191,61 @@ export class Player extends EventTarget {
     end() {
         this.attempt(() => this.show.finish());
         this.sound.stop();
-        this.shown = this.show.frames - 1;
+        this.shown = this.frames - 1;
         this.setState("ended");
     }
 
     // Picture
 
-    /** Draws a frame, after all that were not drawn on the way. */
+    /**
+     * Draws a frame, after all that were not drawn on the way.
+     * @param {number} frame
+     */
     drawFrame(frame) {
-        if (this.canvas.width !== this.width || this.canvas.height !== this.height) {
-            this.drawing.resize(this.width, this.height);
-        }
+        const { width, height } = this.extent;
+        this.drawing.resize(width, height);
         this.attempt(() => this.show.goTo(frame));
         this.shown = frame;
-        this.mustRedraw = false;
-        for (const take of this.takers.splice(0)) {
-            this.canvas.toBlob(take);
-        }
+        this.redrawn = false;
+        for (const take of this.takers.splice(0)) this.canvas.toBlob(take);
         this.dispatchEvent(new Event("frame"));
     }
 
-    /** The frame on screen again, for it has changed. */
+    /** The frame on screen again, for something about it has changed. */
     redraw() {
         if (this.state === "playing") {
-            this.mustRedraw = true;
+            this.redrawn = true;
         } else {
             this.drawFrame(this.shown);
         }
     }
 
-    /** As many pixels as the canvas is large. */
+    /** The pixels that the canvas is to have. */
+    get extent() {
+        const pixels = (/** @type {number} */ length) => Math.max(1, Math.round(length * devicePixelRatio));
+        return (
+            this.size ?? { width: pixels(this.canvas.clientWidth), height: pixels(this.canvas.clientHeight) }
+        );
+    }
+
     follow() {
-        const { devicePixelRatio } = window;
-        this.width = this.size?.width ?? Math.max(1, Math.round(this.canvas.clientWidth * devicePixelRatio));
-        this.height =
-            this.size?.height ?? Math.max(1, Math.round(this.canvas.clientHeight * devicePixelRatio));
-        if (
-            this.state !== "loading" &&
-            (this.canvas.width !== this.width || this.canvas.height !== this.height)
-        ) {
+        const { width, height } = this.extent;
+        if (this.state !== "loading" && (width !== this.canvas.width || height !== this.canvas.height)) {
             this.redraw();
         }
     }
 
-    /** The frame on screen as a PNG. */
+    /**
+     * The frame on screen as a PNG.
+     * @returns {Promise<Blob>}
+     */
     async picture() {
-        return new Promise((resolve) => {
+        const blob = await new Promise((resolve) => {
             this.takers.push(resolve);
             this.redraw();
         });
+        if (!blob) throw new Error("This browser cannot save the picture.");
+        return blob;
     }
 
     restoreContext() {
@@ -235,40 +256,50 @@ export class Player extends EventTarget {
 
     // Show
 
+    /** @param {number | undefined} seed */
     begin(seed) {
         this.seed = seed;
-        this.attempt(() => this.show.begin({ seed }, this.texts));
+        this.attempt(() => this.show.begin(seed, this.texts));
         this.shown = 0;
+        this.scout.explore(this.show, seed, this.texts);
     }
 
+    /** @param {{seed?: number}} wishes */
     async restart({ seed }) {
         this.pause();
         this.begin(seed);
         await this.play();
     }
 
+    /**
+     * Starts over with other music.
+     * @param {ArrayBuffer} file
+     */
     async setTrack(file) {
         try {
             await this.sound.load(file);
         } catch {
-            throw new Error("This browser cannot decode that file as music.");
+            throw new Error("This file is no music that the browser can play.");
         }
         await this.restart({ seed: this.seed });
     }
 
+    /** @param {string} name */
     shaderText(name) {
-        return this.texts.get(name);
+        return this.texts.get(name) ?? "";
     }
 
+    /**
+     * Puts another text in place of a shader file's, unless it is faulty.
+     * @param {string} name
+     * @param {string} text
+     */
     setShader(name, text) {
         const index = SHADERS.indexOf(name);
-        const program = [...this.drawing.programs.values()][index >> 1];
-        const faults = program.replace(index % 2 === 0, text);
-        if (faults.length) {
-            return faults.map(({ line, message }) => ({ line, message }));
-        }
+        const faults = this.drawing.replaceShader(index >> 1, index % 2 === 0, text);
+        if (faults.length) return faults;
         this.texts.set(name, text);
-        this.show.engine.FS.writeFile(`/data/shaders/${name}`, text);
+        this.show.setShader(name, text);
         this.redraw();
         return null;
     }
@@ -280,7 +311,7 @@ export class Player extends EventTarget {
     }
 
     get analyser() {
-        return this.sound.sounding ? this.sound.analyser : null;
+        return this.sounding ? (this.sound.device?.analyser ?? null) : null;
     }
 
     get volume() {
@@ -288,8 +319,7 @@ export class Player extends EventTarget {
     }
 
     set volume(level) {
-        this.sound.level = level;
-        this.sound.setGain();
+        this.sound.setLevel(level, this.muted);
     }
 
     get muted() {
@@ -297,47 +327,30 @@ export class Player extends EventTarget {
     }
 
     set muted(muted) {
-        this.sound.isMuted = muted;
-        this.sound.setGain();
+        this.sound.setLevel(this.volume, muted);
     }
 
     // Life
 
+    /** @param {State} state */
     setState(state) {
-        if (state !== this.state) {
-            this.state = state;
-            this.dispatchEvent(new Event("state"));
-        }
-        if (state === "ready") {
-            this.explore();
-        }
+        if (state === this.state) return;
+        this.state = state;
+        this.dispatchEvent(new Event("state"));
     }
 
     /** A hidden page plays nothing, and goes on where it was when it is seen again. */
     hideOrShow() {
         if (document.hidden && this.state === "playing") {
             this.pause();
-            this.hiddenWhilePlaying = true;
-        } else if (!document.hidden && this.hiddenWhilePlaying) {
-            this.hiddenWhilePlaying = false;
+            this.awaited = true;
+        } else if (!document.hidden && this.awaited) {
+            this.awaited = false;
             this.play();
         }
     }
 
-    /** While nothing plays the show runs ahead unseen, so that every moment is near a kept one later on. */
-    explore() {
-        clearTimeout(this.exploring);
-        this.exploring = setTimeout(() => {
-            const until = performance.now() + IDLE_SLICE;
-            while (performance.now() < until && this.show.unexplored < this.show.frames) {
-                this.show.goTo(Math.max(this.show.frame, this.show.unexplored - 256) + 8, false);
-            }
-            if (this.show.unexplored < this.show.frames) {
-                this.explore();
-            }
-        });
-    }
-
+    /** @param {() => void} action that fails for good */
     attempt(action) {
         try {
             action();
@@ -345,35 +358,6 @@ export class Player extends EventTarget {
             this.sound.stop();
             this.setState("failed");
             throw error;
-        }
-    }
-}
-
-/** Files on their way here, and how far they are. */
-class Loading {
-    constructor(base, onProgress) {
-        Object.assign(this, { base, onProgress });
-        this.total = 0;
-        this.done = 0;
-    }
-
-    async get(path) {
-        const answer = await fetch(new URL(path, this.base));
-        if (!answer.ok) {
-            throw new Error(`The file ${path} of the show is missing.`);
-        }
-        const size = Number(answer.headers.get("content-length")) || 0;
-        this.total += size;
-        const reader = answer.body.getReader();
-        const parts = [];
-        for (;;) {
-            const { done, value } = await reader.read();
-            if (done) {
-                return new Blob(parts).arrayBuffer();
-            }
-            parts.push(value);
-            this.done += value.length;
-            this.onProgress(Math.min(1, this.done / (this.total || this.done)));
         }
     }
 }

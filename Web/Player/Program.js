@@ -8,13 +8,22 @@ import {
     vertexShader,
 } from "./glsl.js";
 
+/**
+ * @param {WebGL2RenderingContext} gl
+ * @param {number} type
+ * @param {string} text
+ */
 function compile(gl, type, text) {
-    const shader = gl.createShader(type);
+    const shader = /** @type {WebGLShader} */ (gl.createShader(type));
     gl.shaderSource(shader, text);
     gl.compileShader(shader);
     return shader;
 }
 
+/**
+ * @param {WebGL2RenderingContext} gl
+ * @param {WebGLShader} shader
+ */
 function faultsOfShader(gl, shader) {
     if (gl.getShaderParameter(shader, gl.COMPILE_STATUS) || gl.isContextLost()) {
         return [];
@@ -22,8 +31,13 @@ function faultsOfShader(gl, shader) {
     return faultsOf(gl.getShaderInfoLog(shader) || "It does not compile.");
 }
 
-/** What is wrong with a shader by itself. */
-export function compileErrors(gl, ofVertices, translated) {
+/**
+ * What is wrong with a shader by itself.
+ * @param {WebGL2RenderingContext} gl
+ * @param {boolean} ofVertices
+ * @param {string} translated
+ */
+export function faultsOfText(gl, ofVertices, translated) {
     const shader = compile(gl, ofVertices ? gl.VERTEX_SHADER : gl.FRAGMENT_SHADER, translated);
     const faults = faultsOfShader(gl, shader);
     gl.deleteShader(shader);
@@ -50,7 +64,10 @@ export class Program {
         this.uniforms = new Map();
         /** Changes whenever the same points would come out of it differently. */
         this.version = 0;
-        this.usable = false;
+        /** @type {Linked | null} */
+        this.main = null;
+        /** @type {Linked | null} */
+        this.lines = null;
         this.texels = 0;
     }
 
@@ -65,8 +82,9 @@ export class Program {
         const vertex = compile(gl, gl.VERTEX_SHADER, vertexShader(vertexText, varyings));
         const pixels = compile(gl, gl.FRAGMENT_SHADER, pixelShader(pixelText, varyings));
         const line = compile(gl, gl.VERTEX_SHADER, this.lineShader(varyings));
+        /** @type {(first: WebGLShader, second: WebGLShader, kept: string[] | null) => WebGLProgram} */
         const link = (first, second, kept) => {
-            const program = gl.createProgram();
+            const program = /** @type {WebGLProgram} */ (gl.createProgram());
             gl.attachShader(program, first);
             gl.attachShader(program, second);
             if (kept) {
@@ -84,7 +102,7 @@ export class Program {
         for (const program of [main, lines]) {
             if (!faults.length && !gl.getProgramParameter(program, gl.LINK_STATUS) && !gl.isContextLost()) {
                 faults.push(
-                    ...faultsOf(gl.getProgramInfoLog(program)).map((fault) => ({
+                    ...faultsOf(gl.getProgramInfoLog(program) ?? "").map((fault) => ({
                         ...fault,
                         ofVertices: false,
                     })),
@@ -103,7 +121,6 @@ export class Program {
         this.main = new Linked(gl, main, { show_matrices: 1 });
         this.lines = new Linked(gl, lines, { show_points: 2, show_lines: 3 });
         this.texels = caught(varyings).length;
-        this.usable = true;
         ++this.version;
         return [];
     }
@@ -128,6 +145,10 @@ export class Program {
         this.lines?.delete();
     }
 
+    /**
+     * @param {string} name
+     * @param {number} value
+     */
     setUniform(name, value) {
         if (this.uniforms.get(name) !== value) {
             this.uniforms.set(name, value);
@@ -135,38 +156,48 @@ export class Program {
         }
     }
 
+    /** @param {Float32Array} projection */
     useMain(projection) {
-        this.use(this.main);
-        this.gl.uniformMatrix4fv(this.main.at("show_ProjectionMatrix"), false, projection);
+        const place = this.use(this.main);
+        this.gl.uniformMatrix4fv(place("show_ProjectionMatrix"), false, projection);
+        return {
+            setPointSize: (/** @type {number} */ size) => this.gl.uniform1f(place("show_pointSize"), size),
+        };
     }
 
-    setPointSize(size) {
-        this.gl.uniform1f(this.main.at("show_pointSize"), size);
-    }
-
+    /**
+     * @param {number} halfWidth of the target, in pixels
+     * @param {number} halfHeight
+     */
     useLines(halfWidth, halfHeight) {
-        this.use(this.lines);
-        this.gl.uniform2f(this.lines.at("show_halfSize"), halfWidth, halfHeight);
+        const place = this.use(this.lines);
+        this.gl.uniform2f(place("show_halfSize"), halfWidth, halfHeight);
+        return {
+            setWidth: (/** @type {number} */ width) => this.gl.uniform1f(place("show_halfWidth"), width / 2),
+        };
     }
 
-    setLineWidth(width) {
-        this.gl.uniform1f(this.lines.at("show_halfWidth"), width / 2);
-    }
-
+    /** @param {Linked | null} linked */
     use(linked) {
         const { gl } = this;
-        gl.useProgram(linked.program);
-        for (const [name, value] of this.uniforms) {
-            gl.uniform1f(linked.at(name), value);
-        }
+        gl.useProgram(linked?.program ?? null);
+        const place = (/** @type {string} */ name) => linked?.at(name) ?? null;
+        for (const [name, value] of this.uniforms) gl.uniform1f(place(name), value);
+        return place;
     }
 }
 
 /** A program of WebGL and the places of its uniforms. */
 class Linked {
+    /**
+     * @param {WebGL2RenderingContext} gl
+     * @param {WebGLProgram} program
+     * @param {Record<string, number>} samplers
+     */
     constructor(gl, program, samplers) {
         this.gl = gl;
         this.program = program;
+        /** @type {Map<string, WebGLUniformLocation | null>} */
         this.places = new Map();
         gl.useProgram(program);
         for (const [name, unit] of Object.entries(samplers)) {
@@ -174,11 +205,12 @@ class Linked {
         }
     }
 
+    /** @param {string} name */
     at(name) {
         if (!this.places.has(name)) {
             this.places.set(name, this.gl.getUniformLocation(this.program, name));
         }
-        return this.places.get(name);
+        return this.places.get(name) ?? null;
     }
 
     delete() {

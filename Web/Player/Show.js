@@ -13,35 +13,24 @@ const SNAPSHOT_FRAMES = 256;
  */
 export class Show {
     /**
-     * @param {object} world what Engine/imports.js asks for
-     * @param {import("./Picture.js").Picture} world.picture
-     * @param {import("./Sound.js").Sound} world.sound
-     * @param {string} base the address of the folder that the engine lies in
+     * @param {import("./Engine.js").LoadEngine} loadEngine
+     * @param {import("./Engine.js").Drawing} picture
+     * @param {import("./Engine.js").Track} sound
+     * @param {Partial<import("./Engine.js").World>} [options] further ones of the engine's
      */
-    static async load({ picture, sound, base }) {
-        const { default: loadEngine } = await import(/* @vite-ignore */ new URL("quelar.js", base).href);
-        const show = new Show(picture);
-        show.engine = await loadEngine({
-            director: show,
-            picture,
-            sound,
-            locateFile: (name) => new URL(name, base).href,
-        });
-        show.prepare();
+    static async load(loadEngine, picture, sound, options = {}) {
+        /** @type {import("./Engine.js").Director} */
+        const director = {
+            showFrame: (frame, goOn) => show.showFrame(frame, goOn),
+            endShow: (status) => show.endShow(status),
+        };
+        const show = new Show(await loadEngine({ director, picture, sound, ...options }));
         return show;
     }
 
-    constructor(picture) {
-        this.picture = picture;
-        this.frame = -1; // that is complete
-        this.goal = 0;
-        this.drawn = false; // whether the goal is to be drawn
-        this.ended = false;
-        this.status = 0;
-    }
-
-    prepare() {
-        const { engine } = this;
+    /** @param {import("./Engine.js").Engine} engine */
+    constructor(engine) {
+        this.engine = engine;
         engine.FS.mkdirTree("/data/shaders");
         this.frameMs = engine._frameMs();
         this.frames = engine._showFrames();
@@ -50,29 +39,44 @@ export class Show {
             start: (engine._sceneStart(i) * this.frameMs) / 1000,
         }));
         // As it is before anything has run: every start begins here.
-        this.blank = new Snapshots(engine);
-        this.blank.take(-1);
-        this.snapshots = new Snapshots(engine);
+        this.blank = new Snapshots();
+        this.blank.take(engine, -1);
+        this.snapshots = new Snapshots();
+
+        this.frame = -1; // that is complete
+        this.goal = 0;
+        this.drawn = false; // whether the goal is to be drawn
+        this.ended = false;
+        this.status = 0;
+        /** @type {(drawNext: number) => void} */
+        this.goOn = () => {};
     }
 
     /**
      * Starts from the beginning with other settings, and stands still at the first frame.
-     * @param {{seed?: number}} settings
+     * @param {number | undefined} seed
      * @param {Map<string, string>} shaders
      */
-    begin(settings, shaders) {
-        const { FS } = this.engine;
-        FS.writeFile("/data/settings.ini", settings.seed === undefined ? "" : `seed ${settings.seed}\n`);
-        for (const [name, text] of shaders) {
-            FS.writeFile(`/data/shaders/${name}`, text);
-        }
-        this.snapshots.clear();
+    begin(seed, shaders) {
+        this.engine.FS.writeFile("/data/settings.ini", seed === undefined ? "" : `seed ${seed}\n`);
+        for (const [name, text] of shaders) this.setShader(name, text);
+        this.snapshots = new Snapshots();
         this.start(false);
     }
 
+    /**
+     * A shader text for the next start.
+     * @param {string} name
+     * @param {string} text
+     */
+    setShader(name, text) {
+        this.engine.FS.writeFile(`/data/shaders/${name}`, text);
+    }
+
+    /** @param {boolean} drawn */
     start(drawn) {
-        this.picture.reset();
-        this.blank.restore(-1);
+        this.engine.picture.reset();
+        this.blank.restore(this.engine, -1);
         this.ended = false;
         this.frame = -1;
         this.goal = 0;
@@ -95,7 +99,8 @@ export class Show {
             if (from < 0) {
                 this.start(false);
             } else {
-                this.frame = this.snapshots.restore(from);
+                this.snapshots.restore(this.engine, from);
+                this.frame = from;
                 this.ended = false;
                 this.engine._forgetDrawn();
             }
@@ -104,28 +109,29 @@ export class Show {
         this.drawn = drawn;
         while (!this.ended && this.frame < this.goal) {
             this.goOn(this.nextDrawn());
-            this.keep();
+            if (!this.ended && this.isDue(this.frame)) {
+                this.snapshots.take(this.engine, this.frame);
+            }
         }
         this.checkEnd();
     }
 
-    /** Runs to the end, and answers how the show ended. */
+    /** Runs to the end. */
     finish() {
         this.goTo(Infinity, false);
-        return this.status;
     }
 
-    /** A moment that is not kept yet, the first one. */
-    get unexplored() {
-        return this.snapshots.last + SNAPSHOT_FRAMES;
+    /** Whether moments to go on from are kept of the whole show. */
+    get explored() {
+        return this.snapshots.last + SNAPSHOT_FRAMES >= this.frames;
     }
 
-    keep() {
-        if (!this.ended && this.isDue(this.frame)) {
-            this.snapshots.take(this.frame);
-        }
+    /** Runs on by some frames where no moment has been kept yet. */
+    explore(frames = 8) {
+        this.goTo(Math.max(this.frame, this.snapshots.last) + frames, false);
     }
 
+    /** @param {number} frame */
     isDue(frame) {
         return frame % SNAPSHOT_FRAMES === 0 && !this.snapshots.has(frame);
     }
@@ -142,14 +148,17 @@ export class Show {
 
     // The show's own calls, see Engine/page.h.
 
+    /**
+     * @param {number} frame
+     * @param {(drawNext: number) => void} goOn
+     */
     showFrame(frame, goOn) {
         this.frame = frame;
         this.goOn = goOn;
-        if (frame < this.goal && !this.isDue(frame)) {
-            goOn(this.nextDrawn());
-        }
+        if (frame < this.goal && !this.isDue(frame)) goOn(this.nextDrawn());
     }
 
+    /** @param {number} status */
     endShow(status) {
         this.ended = true;
         this.status = status;

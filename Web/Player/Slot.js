@@ -3,6 +3,10 @@ const ROW = 1024;
 
 /** A list on the graphics card, kept in a buffer. */
 class ListBuffer {
+    /**
+     * @param {WebGL2RenderingContext} gl
+     * @param {number} target
+     */
     constructor(gl, target = gl.ARRAY_BUFFER) {
         this.gl = gl;
         this.target = target;
@@ -10,6 +14,7 @@ class ListBuffer {
         this.capacity = 0; // numbers
     }
 
+    /** @param {import("./Engine.js").List} list */
     take({ items, count, changedFrom, changedTo }) {
         const { gl } = this;
         if (changedFrom >= changedTo) {
@@ -37,13 +42,30 @@ class ListBuffer {
 
 /** A list on the graphics card that shaders read by number, kept in the rows of a texture. */
 class ListTexture {
+    /**
+     * @param {WebGL2RenderingContext} gl
+     * @param {number} row
+     * @param {number} size
+     * @param {number} inside
+     * @param {number} format
+     * @param {number} type
+     */
     constructor(gl, row, size, inside, format, type) {
-        Object.assign(this, { gl, row, size, inside, format, type });
+        this.gl = gl;
+        this.row = row;
+        this.size = size; // numbers in a texel
+        this.inside = inside;
+        this.format = format;
+        this.type = type;
+        /** @type {WebGLTexture | null} */
         this.texture = null;
         this.rows = 0;
     }
 
-    /** Makes room for so many texels. */
+    /**
+     * Makes room for so many texels, and binds the texture.
+     * @param {number} texels
+     */
     reserve(texels) {
         const { gl } = this;
         const rows = Math.ceil(texels / this.row);
@@ -62,7 +84,10 @@ class ListTexture {
         return true;
     }
 
-    /** @param texels per item of the list, or of how many items a texel consists as a fraction */
+    /**
+     * @param {import("./Engine.js").List} list
+     * @param {number} texels per item of the list: a fraction where it takes several
+     */
     take({ items, count, changedFrom, changedTo }, texels) {
         if (changedFrom >= changedTo) {
             return false;
@@ -122,15 +147,14 @@ export class Slot {
         this.points = new ListBuffer(gl);
         this.owners = new ListBuffer(gl);
         this.matrices = new ListTexture(gl, 4, 4, gl.RGBA32F, gl.RGBA, gl.FLOAT);
-        this.lines = wide
-            ? new ListBuffer(gl, gl.ELEMENT_ARRAY_BUFFER)
-            : new ListTexture(gl, ROW, 2, gl.RG32UI, gl.RG_INTEGER, gl.UNSIGNED_INT);
+        this.elements = wide ? new ListBuffer(gl, gl.ELEMENT_ARRAY_BUFFER) : null;
+        this.lines = wide ? null : new ListTexture(gl, ROW, 2, gl.RG32UI, gl.RG_INTEGER, gl.UNSIGNED_INT);
         this.transformed = new ListTexture(gl, ROW, 4, gl.RGBA32F, gl.RGBA, gl.FLOAT);
-        this.wide = wide;
         this.caught = gl.createBuffer();
         this.catching = gl.createTransformFeedback();
         this.caughtTexels = 0;
         this.changed = true;
+        /** @type {{program: import("./Program.js").Program | null, version: number, projection: Float32Array}} */
         this.seen = { program: null, version: 0, projection: new Float32Array(16) };
 
         this.vertexArray = gl.createVertexArray();
@@ -147,14 +171,23 @@ export class Slot {
         gl.bindVertexArray(null);
     }
 
-    /** Takes what is new. */
+    /**
+     * Takes what is new.
+     * @param {import("./Engine.js").Batch} batch
+     */
     take({ points, owners, matrices, lines }) {
         const changes = [this.points.take(points), this.owners.take(owners), this.matrices.take(matrices, 4)];
-        this.lines.take(lines, 0.5);
+        this.elements?.take(lines);
+        this.lines?.take(lines, 0.5);
         this.changed ||= changes.some((changed) => changed);
     }
 
-    /** Puts each point through a program's vertex shader, unless that would change nothing. */
+    /**
+     * Puts each point through a program's vertex shader, unless that would change nothing.
+     * @param {import("./Program.js").Program} program
+     * @param {Float32Array} projection
+     * @param {number} count
+     */
     transform(program, projection, count) {
         const { gl, seen } = this;
         if (
@@ -193,8 +226,8 @@ export class Slot {
         gl.bindTransformFeedback(gl.TRANSFORM_FEEDBACK, null);
         gl.bindVertexArray(null);
 
-        if (this.wide) {
-            this.arrange(program.texels);
+        if (this.elements) {
+            this.arrange(this.elements, program.texels);
         } else {
             this.transformed.reserve(texels);
             gl.bindBuffer(gl.PIXEL_UNPACK_BUFFER, this.caught);
@@ -203,11 +236,15 @@ export class Slot {
         }
     }
 
-    /** The points that were caught, as vertices of lines. */
-    arrange(texels) {
+    /**
+     * The points that were caught, as vertices of lines.
+     * @param {ListBuffer} elements which two are a line
+     * @param {number} texels of each point
+     */
+    arrange(elements, texels) {
         const { gl } = this;
         gl.bindVertexArray(this.lineArray);
-        gl.bindBuffer(gl.ELEMENT_ARRAY_BUFFER, this.lines.buffer);
+        gl.bindBuffer(gl.ELEMENT_ARRAY_BUFFER, elements.buffer);
         gl.bindBuffer(gl.ARRAY_BUFFER, this.caught);
         for (let i = 0; i < texels; ++i) {
             gl.enableVertexAttribArray(i);

@@ -1,62 +1,75 @@
 const PAGE = 16384; // bytes
 
-/** Copies of an engine's memory at moments of the show. What two neighbours have in common they share. */
+/**
+ * Copies of an engine's memory at moments of the show. What two neighbours have in common they share.
+ *
+ * @typedef {object} Moment
+ * @property {Uint8Array[]} pages
+ * @property {number} stack where it ends
+ * @property {number | null} suspended where the engine has unwound it to, if it stands still
+ */
 export class Snapshots {
-    constructor(engine) {
-        this.engine = engine;
-        this.clear();
-    }
-
-    clear() {
-        /** @type {Map<number, {pages: Uint8Array[], stack: number, suspended: number | null}>} */
+    constructor() {
+        /** @type {Map<number, Moment>} */
         this.moments = new Map();
         this.last = -1;
     }
 
+    /** @param {number} frame */
     has(frame) {
         return this.moments.has(frame);
     }
 
-    /** The last moment kept before a frame, -1 if there is none. */
+    /**
+     * The last moment kept before a frame, -1 if there is none.
+     * @param {number} frame
+     */
     before(frame) {
         let found = -1;
         for (const kept of this.moments.keys()) {
-            if (kept < frame && kept > found) {
-                found = kept;
-            }
+            if (kept < frame && kept > found) found = kept;
         }
         return found;
     }
 
-    take(frame) {
-        const { engine } = this;
+    /**
+     * @param {import("./Engine.js").Engine} engine
+     * @param {number} frame
+     */
+    take(engine, frame) {
         const neighbour = this.moments.get(this.before(frame))?.pages ?? [];
-        const memory = engine.HEAPU8;
-        const pages = [];
         const end = engine._sbrk(0);
+        /** @type {Uint8Array[]} */
+        const pages = [];
         for (let place = 0; place < end; place += PAGE) {
             const former = neighbour[pages.length];
-            const page = memory.subarray(place, place + PAGE);
+            const page = engine.HEAPU8.subarray(place, place + PAGE);
             pages.push(former && isEqual(former, page) ? former : page.slice());
         }
         this.moments.set(frame, { pages, stack: engine.stackSave(), suspended: engine.Asyncify.currData });
         this.last = Math.max(this.last, frame);
     }
 
-    restore(frame) {
-        const { engine } = this;
-        const { pages, stack, suspended } = this.moments.get(frame);
-        const end = engine._sbrk(0);
+    /**
+     * @param {import("./Engine.js").Engine} engine
+     * @param {number} frame one that has been kept
+     */
+    restore(engine, frame) {
+        const { pages, stack, suspended } = /** @type {Moment} */ (this.moments.get(frame));
+        const kept = pages.length * PAGE;
+        engine.HEAPU8.fill(0, kept, Math.max(engine._sbrk(0), kept)); // as it was before it was used
         pages.forEach((page, i) => engine.HEAPU8.set(page, i * PAGE));
-        engine.HEAPU8.fill(0, pages.length * PAGE, Math.max(end, pages.length * PAGE));
         engine.stackRestore(stack);
         engine.Asyncify.currData = suspended;
-        return frame;
     }
 }
 
+/**
+ * @param {Uint8Array} a
+ * @param {Uint8Array} b
+ */
 function isEqual(a, b) {
-    const left = new Float64Array(a.buffer, a.byteOffset, PAGE / 8);
-    const right = new Float64Array(b.buffer, b.byteOffset, PAGE / 8);
-    return left.every((x, i) => Object.is(x, right[i]));
+    const left = new Uint32Array(a.buffer, a.byteOffset, PAGE / 4);
+    const right = new Uint32Array(b.buffer, b.byteOffset, PAGE / 4);
+    return left.every((word, i) => word === right[i]);
 }

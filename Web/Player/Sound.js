@@ -11,13 +11,24 @@ const PATIENCE = 1000;
 export class Sound {
     constructor() {
         this.rate = RATE;
+        /** @type {AudioBuffer | null} */
         this.buffer = null;
         this.left = new Int16Array(0);
-        this.context = null;
+        /** @type {{context: AudioContext, gain: GainNode, analyser: AnalyserNode} | null} */
+        this.device = null;
+        /** @type {AudioBufferSourceNode | null} */
         this.source = null;
+        this.wishes = 0; // to play or to stop, so far
+        this.begin = 0; // on the device's clock, in seconds, where the track was ...
+        this.from = 0; // ... here
+        this.heard = 0;
+        this.moved = 0; // ms, when what is heard has last changed
         this.level = 1;
         this.isMuted = false;
-        this.sounding = false;
+    }
+
+    get sounding() {
+        return this.source !== null;
     }
 
     /** Sound frames of the track. */
@@ -32,21 +43,22 @@ export class Sound {
     async load(file) {
         const decoder = new OfflineAudioContext(2, 1, RATE);
         const buffer = await decoder.decodeAudioData(file);
-        const samples = buffer.getChannelData(0);
-        const left = new Int16Array(samples.length);
-        for (let i = 0; i < samples.length; ++i) {
-            left[i] = Math.max(-32768, Math.min(32767, Math.round(samples[i] * 32768)));
-        }
         this.stop();
         this.buffer = buffer;
-        this.left = left;
+        this.left = Int16Array.from(buffer.getChannelData(0), (sample) =>
+            Math.max(-32768, Math.min(32767, Math.round(sample * 32768))),
+        );
     }
 
-    /** The show's own call, see Engine/page.h. */
+    /**
+     * The show's own call, see Engine/page.h.
+     * @param {number} first
+     * @param {number} count
+     * @param {Int16Array} memory
+     * @param {number} place
+     */
     copy(first, count, memory, place) {
-        for (let i = 0; i < count; ++i) {
-            memory[place + 2 * i] = this.left[first + i] ?? 0;
-        }
+        for (let i = 0; i < count; ++i) memory[place + 2 * i] = this.left[first + i] ?? 0;
     }
 
     /**
@@ -55,67 +67,62 @@ export class Sound {
      */
     async play(from) {
         this.stop();
-        if (!this.buffer) {
-            return;
-        }
+        const wish = this.wishes;
+        if (!this.buffer) return;
         try {
-            this.open();
-            if (this.context.state !== "running") {
-                await Promise.race([
-                    this.context.resume(),
-                    new Promise((resolve) => setTimeout(resolve, PATIENCE / 2)),
-                ]);
+            this.device ??= this.open();
+            const { context } = this.device;
+            if (context.state !== "running") {
+                const late = new Promise((resolve) => setTimeout(resolve, PATIENCE / 2));
+                await Promise.race([context.resume(), late]);
             }
         } catch {
-            return;
+            return; // no sound here
         }
-        if (this.context.state !== "running") {
-            return;
-        }
-        this.source = this.context.createBufferSource();
+        const { context, gain } = this.device;
+        if (context.state !== "running" || wish !== this.wishes) return;
+        this.source = context.createBufferSource();
         this.source.buffer = this.buffer;
-        this.source.connect(this.gain);
-        this.begin = this.context.currentTime;
+        this.source.connect(gain);
+        this.begin = context.currentTime;
         this.from = from;
         this.heard = from;
         this.moved = performance.now();
         this.source.start(this.begin, Math.min(from, this.buffer.duration));
-        this.sounding = true;
     }
 
     open() {
-        if (this.context) {
-            return;
-        }
-        this.context = new AudioContext();
-        this.gain = this.context.createGain();
-        this.analyser = this.context.createAnalyser();
-        this.gain.connect(this.analyser).connect(this.context.destination);
-        this.setGain();
+        const context = new AudioContext();
+        const gain = context.createGain();
+        const analyser = context.createAnalyser();
+        gain.gain.value = this.isMuted ? 0 : this.level;
+        gain.connect(analyser).connect(context.destination);
+        return { context, gain, analyser };
     }
 
     stop() {
+        ++this.wishes;
         this.source?.stop();
         this.source?.disconnect();
         this.source = null;
-        this.sounding = false;
     }
 
     /** Gives the sound device back. */
     close() {
         this.stop();
-        this.context?.close();
-        this.context = null;
+        this.device?.context.close();
+        this.device = null;
     }
 
     /** What is heard at this moment, in seconds of the track. Never runs backwards. */
     get position() {
-        const { context } = this;
+        if (!this.device) return this.heard;
+        const { context } = this.device;
         const now = performance.now();
-        const stamp = context.getOutputTimestamp?.() ?? {};
-        let time = stamp.contextTime + (now - stamp.performanceTime) / 1000;
+        const { contextTime = 0, performanceTime = 0 } = context.getOutputTimestamp?.() ?? {};
+        let time = contextTime + (now - performanceTime) / 1000;
         const delay = context.currentTime - time;
-        if (!(stamp.contextTime > 0 && delay > -0.1 && delay < 1)) {
+        if (!(contextTime > 0 && delay > -0.1 && delay < 1)) {
             time = context.currentTime - (context.outputLatency || 0);
         }
         const position = this.from + time - this.begin;
@@ -128,9 +135,16 @@ export class Sound {
         return this.heard;
     }
 
-    setGain() {
-        if (this.context) {
-            this.gain.gain.setTargetAtTime(this.isMuted ? 0 : this.level, this.context.currentTime, 0.01);
+    /**
+     * @param {number} level
+     * @param {boolean} isMuted
+     */
+    setLevel(level, isMuted) {
+        this.level = level;
+        this.isMuted = isMuted;
+        if (this.device) {
+            const { context, gain } = this.device;
+            gain.gain.setTargetAtTime(isMuted ? 0 : level, context.currentTime, 0.01); // without a click
         }
     }
 }

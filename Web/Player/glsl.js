@@ -108,11 +108,18 @@ void main() { show_main(); }
 `;
 }
 
-/** Varyings are kept in texels of four numbers: how a type is put into one, and taken out again. */
+/**
+ * Varyings are kept in texels of four numbers: how a type is put into one, and taken out again.
+ * @type {Record<string, string>}
+ */
 const PADDING = { float: ", 0.0, 0.0, 0.0", vec2: ", 0.0, 0.0", vec3: ", 0.0", vec4: "" };
+/** @type {Record<string, string>} */
 const PARTS = { float: ".x", vec2: ".xy", vec3: ".xyz", vec4: "" };
 
-/** What is caught of a point behind the vertex shader, in the order of its texels. */
+/**
+ * What is caught of a point behind the vertex shader, in the order of its texels.
+ * @param {Varying[]} varyings
+ */
 export const caught = (varyings) => ["gl_Position", ...varyings.map(({ name }) => `caught_${name}`)];
 
 /**
