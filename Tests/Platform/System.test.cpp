@@ -130,6 +130,7 @@ TEST(System, GoesExactlyByTheClockAndStopsAtTheEnd) {
     const Player player;
     FMOD_SOUND* const sound = player.load(encode("tone.mp3", sineLeft(1000), 44642));
     EXPECT_EQ(length(sound), 1012U) << "rounded down";
+    EXPECT_EQ(length(player.load(encode("low.mp3", sineLeft(1000), 22050, 22050))), 1000U);
     FMOD_CHANNEL* const channel = player.play(sound);
     for (const int count : {-1, 0, 5}) {
         EXPECT_EQ(FMOD_Channel_SetLoopCount(channel, count), FMOD_OK) << "but it plays once";

@@ -24,8 +24,8 @@ public:
     /// To be called some 200 times a second. Returns false when the channel is over.
     bool update();
 
-    /// Tells the channel where update found it, if it plays. Not to be done when the device has been lost meanwhile, for
-    /// then it was not there.
+    /// Tells the channel where update found it, if it plays. Not to be done when the device has been lost
+    /// meanwhile, for then it was not there.
     void report();
 
     Channel& getChannel() { return *channel; }
