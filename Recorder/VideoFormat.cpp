@@ -32,7 +32,8 @@ VideoFormat VideoFormat::of(const Options& options, const ShowSettings& settings
 }
 
 Arguments VideoFormat::picture() const {
-    // Thin bright lines on black: TODO
+    // Of the presets that leave the processor to the drawing, this one finds the motion of thin lines: it
+    // makes a third of what the fastest does, which costs half as much.
     Arguments arguments = {
         "-vf",
         "vflip,pad=ceil(iw/2)*2:ceil(ih/2)*2,scale=out_color_matrix=bt709:out_range=tv,format=yuv420p",

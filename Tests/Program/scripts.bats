@@ -38,12 +38,17 @@ configured() { [ "$(wc -l <../configured)" -eq "$1" ]; }
     [ -z "$(ls -A)" ]
 }
 
-@test "play: hands its wishes to the player, where it is called" {
-    run -7 --separate-stderr "$top/play" --seed 7 'a song.mp3'
-    [ "$output" = "started in $PWD, caches in $top/build/cache: --data $top/data --seed 7 a song.mp3" ]
-    printf '#!/bin/sh\necho "record: $*"\n' >"$top/record"
-    DISPLAY='' run -0 --separate-stderr "$top/play" --seed 7 'a song.mp3' --other
-    [ "$output" = "record: --seed 7 --track a song.mp3 --other $top/build/quelar.mp4" ]
+@test "play: leaves a song and options to the player, or to the recorder where there is no screen" {
+    run -7 --separate-stderr "$top/play" --size 64x48 'a song.mp3'
+    [ "$output" = "started in $PWD, caches in $top/build/cache: --data $top/data --size 64x48 a song.mp3" ]
+    [[ $(cat "$top/build/built") == *' --target quelar quelar-play' ]]
+    export DISPLAY=
+    run -7 --separate-stderr "$top/play" --seed 7 'a song.mp3' --size 64x48
+    [[ $output == *" --data $top/data --seed 7 --track a song.mp3 --size 64x48 $top/build/quelar.mp4" ]]
+    for arguments in --help '--size'; do
+        run -7 --separate-stderr "$top/play" $arguments
+        [[ $output == *" --data $top/data $arguments"* ]]
+    done
 }
 
 @test "play: configures once, by whatever link it is called, and again when the checkout was moved" {
@@ -110,6 +115,12 @@ configured() { [ "$(wc -l <../configured)" -eq "$1" ]; }
     [ "$output" = "started in $PWD, caches in $top/build/cache: --data $top/data --size 64x48 a film.mp4" ]
     [[ $(cat "$top/build/built") == *' --target quelar-record' ]]
     [[ $stderr != *sound* ]]
+    # what spreads it is asked for only then
+    echo 'spread nowhere' >>"$top/Scripts/packages"
+    command_is dpkg-query '[[ $3 != nowhere ]] && echo installed'
+    command_is apt-get 'exit 100'
+    run -7 "$top/record" 'a film.mp4'
+    run -1 "$top/record" --jobs 2 'a film.mp4'
 }
 
 @test "test: runs the tests that are asked for, of everything built" {
