@@ -9,9 +9,9 @@
 
 #include <array>
 #include <csignal>
-#include <initializer_list>
 #include <cstdio>
 #include <filesystem>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <sys/wait.h>

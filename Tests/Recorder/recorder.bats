@@ -194,10 +194,10 @@ END
 }
 
 @test "a large picture and a smooth one look like the usual one" {
-    for size in 640x480 1280x960; do record --size $size --still 14 $size.png; done
-    record --size 640x480 --smooth --still 14 smooth.png
-    record --smooth --still 14 small.png
-    record --still 14 rough.png
+    for size in 640x480 1280x960; do record --size $size --still 55.3 $size.png; done
+    record --size 640x480 --smooth --still 55.3 smooth.png
+    record --smooth --still 55.3 small.png
+    record --still 55.3 rough.png
     ffmpeg -v error -i 1280x960.png -vf scale=640:480:flags=area,format=rgb24 averaged.png
     # Each pixel the average of four, but for the rounding.
     holds "$(apart PAE smooth.png averaged.png) < 1.1 / 255"
