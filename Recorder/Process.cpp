@@ -17,6 +17,7 @@ namespace recorder {
 
 Process::Process(const std::vector<std::string>& command, const Streams& streams, Keyboard keyboard) {
     std::vector<char*> argv;
+    argv.reserve(command.size() + 1);
     for (const std::string& word : command) {
         argv.push_back(const_cast<char*>(word.c_str()));
     }
