@@ -104,35 +104,28 @@ std::string OnStage::calls(const std::string& names) {
     return line;
 }
 
-/// The lines of a part of stories.txt.
-static std::vector<std::string> linesOf(const std::string& part) {
+/// The steps of a part of stories.txt, a line each.
+static std::string stepsOf(const std::string& part) {
     std::ifstream file("Tests/Sources/stories.txt");
-    std::vector<std::string> lines;
+    std::string steps;
     bool here = false;
     for (std::string line; std::getline(file, line);) {
         here = line[0] == '#' ? line == "# " + part : here;
-        if (here && !line.empty() && line[0] != '#') {
-            lines.push_back(line);
-        }
+        steps += here && !line.empty() && line[0] != '#' ? line + "\n" : "";
     }
-    return lines;
+    return std::regex_replace(steps, std::regex("; "), "\n");
 }
 
 void OnStage::expectStory(const std::string& part) {
     std::string story;
-    std::string wanted;
-    for (std::string& call : std::exchange(stage.calls, {})) {
+    for (const std::string& call : std::exchange(stage.calls, {})) {
         story += call + "\n";
     }
-    for (const std::string& constant : linesOf("Constants of OpenGL")) {
-        const std::size_t name = constant.find(' ');
-        story = std::regex_replace(story, std::regex(" " + constant.substr(0, name) + "\\b"),
-                                   constant.substr(name));
+    std::istringstream constants(stepsOf("Constants of OpenGL"));
+    for (std::string value, name; constants >> value >> name;) {
+        story = std::regex_replace(story, std::regex(" " + value + "\\b"), " " + name);
     }
-    for (const std::string& line : linesOf(part)) {
-        wanted += line + "\n";
-    }
-    EXPECT_EQ(story + out() + err(), wanted);
+    EXPECT_EQ(story + out() + err(), stepsOf(part));
 }
 
 void OnStage::tellChecks(const std::function<void()>& action) {
