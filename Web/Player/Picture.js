@@ -77,9 +77,11 @@ export class Picture {
     rebuild() {
         this.prepare();
         for (const program of this.programs.values()) {
+            program.forget();
             program.build();
         }
         for (const texture of this.textures.keys()) {
+            this.textures.set(texture, { texture: null, framebuffer: null });
             this.makeTexture(texture);
         }
     }

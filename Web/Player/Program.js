@@ -143,6 +143,13 @@ export class Program {
     delete() {
         this.main?.delete();
         this.lines?.delete();
+        this.forget();
+    }
+
+    /** They are gone with their context. */
+    forget() {
+        this.main = null;
+        this.lines = null;
     }
 
     /**
