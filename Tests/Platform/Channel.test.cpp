@@ -71,6 +71,7 @@ TEST(Spectrum, IsTheTransformOfTheLeftUnderATriangleAroundWhatIsHeardNow) {
 }
 
 TEST(Channel, GoesByTheClockAndIsKeptInStepWithTheDevice) {
+    FMOD_Clock_Set(supplied);
     Channel channel(noiseOf(3 * 44100), Clock(), false, true);
     const auto report = [&](std::int64_t place, std::uint64_t jumps = 0) {
         return [&, place, jumps] { channel.follow(place, jumps); };
