@@ -1,7 +1,10 @@
-# Read by CPack once for each package: which of the two trees goes into it.
+# Read by CPack once for each package: which of the trees goes into it.
 if(CPACK_GENERATOR STREQUAL "TGZ")
     set(component archive)
     set(CPACK_PACKAGE_FILE_NAME ${CPACK_ARCHIVE_FILE_NAME})
+elseif(CPACK_GENERATOR STREQUAL "ZIP")
+    set(component page)
+    set(CPACK_PACKAGE_FILE_NAME ${CPACK_PAGE_FILE_NAME})
 else()
     set(component system)
     set(CPACK_PACKAGING_INSTALL_PREFIX /usr)

@@ -209,7 +209,9 @@ test("the same state behind every frame", async () => {
 
 test("the browser's decoder is within a step of ours, sample by sample", async () => {
     const shown = await open({ hash: "pause", size: "64x48" });
-    await shown.read(() => (window.decoded = window.quelar.sound.left));
+    await shown.read(() => {
+        window.decoded = window.quelar.sound.left;
+    });
     await (await shown.page.$("#file")).uploadFile(file("track.wav"));
     await shown.shows("playing");
     const [lengths, most] = await shown.read(() => {
