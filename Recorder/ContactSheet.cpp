@@ -81,7 +81,7 @@ std::string ContactSheet::finish() {
                 getName())
             .finish();
         if (std::filesystem::file_size(draft.getDraft()) < MOST_BYTES) {
-            const std::string summary = std::to_string(taken) + " pictures in " + describeFile(draft);
+            std::string summary = std::to_string(taken) + " pictures in " + describeFile(draft);
             draft.publish();
             return summary;
         }
