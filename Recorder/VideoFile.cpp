@@ -28,7 +28,7 @@ std::string VideoFile::finish() {
         return "";
     }
     encoder->finish();
-    const std::string summary = describeFrames(frames, frameSize) + " in " + describeFile(draft);
+    std::string summary = describeFrames(frames, frameSize) + " in " + describeFile(draft);
     draft.publish();
     return summary;
 }
