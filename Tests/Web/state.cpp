@@ -25,7 +25,7 @@ int writeWav(const char* track, const char* name) {
     std::vector<fmodex::Frame> frames(decoded.getLength());
     decoded.copy(0, frames.size(), frames.data());
     std::vector<float> samples; // which a browser takes as they are
-    samples.reserve(2 * frames.size());
+    samples.reserve(frames.size());
     for (const fmodex::Frame& frame : frames) {
         samples.push_back(static_cast<float>(frame.left) / 32768);
     }
