@@ -168,6 +168,8 @@ int Spread::record() const {
     fs::current_path(folder.getPath());
     // What it would write to the user's home.
     setenv("PARALLEL_HOME", (folder.getPath() / "home").c_str(), 1);
+    // On every machine: whatever its user's login shell is, if there is one at all.
+    setenv("PARALLEL_SHELL", "/bin/sh", 1);
     const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
     const int complaints = open(COMPLAINTS, O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
     Process parallel(command(), {nothing, nothing, complaints}, Process::Keyboard::OURS);
