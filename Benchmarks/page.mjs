@@ -1,0 +1,167 @@
+// What the page costs in a browser that draws by software, next to the native show.
+//
+//     ./web --build && build/bin/frame_bench --once    so that both are there
+//     node Benchmarks/page.mjs
+//
+// Prints the lines of docs/figures.md: transfer, start, frames a second at 640 x 480, our own work in a frame with a
+// drawing that does nothing, and seeks. The machine must have nothing else to do meanwhile.
+import { execFileSync } from "node:child_process";
+import { readdir, readFile } from "node:fs/promises";
+import { join } from "node:path";
+import { fileURLToPath } from "node:url";
+import { gzipSync } from "node:zlib";
+
+import { BUILT, openBrowser, openPage, serve } from "../Tests/Web/browser.mjs";
+
+const ROOT = fileURLToPath(new URL("..", import.meta.url));
+const SECONDS = 6; // of a scene, while its frames are counted
+const REPEATS = 5; // of what takes a moment; the median counts
+
+const median = (values) => values.sort((a, b) => a - b)[values.length >> 1];
+
+/** What one visit loads before the first picture: every file but the editor's, and the track by itself. */
+async function transfer() {
+    const sizes = [];
+    for (const entry of await readdir(BUILT, { recursive: true, withFileTypes: true })) {
+        if (!entry.isFile()) continue;
+        const bytes = await readFile(join(entry.parentPath ?? entry.path, entry.name));
+        const packed = /\.(jpg|mp3)$/.test(entry.name) ? bytes : gzipSync(bytes, { level: 9 });
+        sizes.push([entry.name, packed.length / 1000]);
+    }
+    const sum = (wanted) => sizes.filter(([name]) => wanted(name)).reduce((all, [, size]) => all + size, 0);
+    const editor = (name) => name.startsWith("editor");
+    console.log(`transfer: ${sum((name) => !editor(name) && !name.endsWith("mp3")).toFixed(0)} kB,`);
+    console.log(
+        `    further ${sum(editor).toFixed(0)} kB of the editor, ${sum((n) => n.endsWith("mp3")).toFixed(0)} of the track`,
+    );
+}
+
+/** From the address to the button, and from the click to the first frame and the first sound. */
+async function start(open) {
+    const loads = [];
+    const firsts = [];
+    for (let i = 0; i < REPEATS; i++) {
+        const show = await open("");
+        await show.page.waitForSelector("#start:enabled");
+        loads.push(await show.read(() => performance.now()));
+        await show.read(() => {
+            addEventListener("click", () => (window.clicked = performance.now()), { capture: true });
+            const drawn = () => (window.first ??= performance.now() - window.clicked);
+            window.quelar.addEventListener("frame", () => window.clicked && drawn());
+        });
+        await show.page.click("#start");
+        await show.until(() => window.first);
+        firsts.push(await show.read(() => window.first));
+        await show.close();
+    }
+    console.log(
+        `start: ready ${median(loads).toFixed(0)} ms after the address, first frame ${median(firsts).toFixed(0)} ms after the click`,
+    );
+}
+
+/** As it plays, with the rest of the frames run and not drawn. */
+async function pace(open, scenes) {
+    for (const number of [1, 2, 5, 6]) {
+        const { name, start: begins } = scenes[number - 1];
+        const show = await open(`t=${begins + 1}`);
+        await show.page.waitForSelector("#start:enabled");
+        await show.page.click("#start");
+        await show.shows("playing");
+        await show.frames(1);
+        const [drawn, passed] = await show.read(async (seconds) => {
+            let frames = 0;
+            const from = window.quelar.time;
+            window.quelar.addEventListener("frame", () => frames++);
+            await new Promise((done) => setTimeout(done, 1000 * seconds));
+            return [frames, window.quelar.time - from];
+        }, SECONDS);
+        await show.close();
+        console.log(
+            `scene ${number} (${name}): ${(drawn / SECONDS).toFixed(1)} frames a second, the show at ${((100 * passed) / SECONDS).toFixed(1)} %`,
+        );
+    }
+}
+
+/** The look-ahead draws to nobody: told to draw every frame, it does all the work but that of the drawing. */
+async function work(open) {
+    const table = execFileSync("build/bin/frame_bench", ["3"], { cwd: ROOT, encoding: "utf8" });
+    const native = table.match(/^(.+?) +\d+ +[\d.]+ +[\d.]+$/gm).map((row) => Number(row.split(/ +/).at(-2)));
+    const show = await open("pause");
+    await show.shows("paused");
+    const rounds = [];
+    for (let i = 0; i < 3; i++) {
+        rounds.push(
+            await show.read(() => {
+                const { scout, texts, scenes } = window.quelar;
+                scout.stop();
+                const { show: unseen } = scout;
+                const ends = [
+                    ...scenes.slice(1).map(({ start: begins }) => (1000 * begins) / unseen.frameMs),
+                    unseen.frames,
+                ];
+                unseen.begin(undefined, texts);
+                let frame = 1;
+                const all = performance.now();
+                const times = ends.map((end) => {
+                    const [first, from] = [frame, performance.now()];
+                    while (frame < end) unseen.goTo(frame++);
+                    return (1000 * (performance.now() - from)) / (frame - first);
+                });
+                return [...times, (1000 * (performance.now() - all)) / unseen.frames];
+            }),
+        );
+    }
+    await show.close();
+    native.forEach((here, row) => {
+        const page = median(rounds.map((round) => round[row]));
+        const name = row < 6 ? `scene ${row + 1}` : "show";
+        console.log(
+            `work, ${name}: ${page.toFixed(0)} us a frame, native ${here.toFixed(0)}, ratio ${(page / here).toFixed(2)}`,
+        );
+    });
+}
+
+/** From the first frame to the last: at once, and when the look-ahead has been everywhere. */
+async function seeks(open) {
+    const seek = (show, seconds) =>
+        show.read(async (to) => {
+            const from = performance.now();
+            await window.quelar.seek(to);
+            return performance.now() - from;
+        }, seconds);
+    const unexplored = [];
+    for (let i = 0; i < REPEATS; i++) {
+        const show = await open("pause");
+        await show.shows("paused");
+        await show.read(() => window.quelar.scout.stop());
+        unexplored.push(await seek(show, 103));
+        await show.close();
+    }
+    const show = await open("pause");
+    await show.until(() => window.quelar?.scout.show.explored);
+    const ways = [];
+    for (let i = 0; i < 40; i++) ways.push(await seek(show, i % 2 ? 0.5 + i : 103 - i));
+    await show.close();
+    console.log(`seek over the whole show: ${median(unexplored).toFixed(0)} ms right after loading;`);
+    console.log(
+        `    later ${median(ways).toFixed(0)} ms, at most ${Math.max(...ways).toFixed(0)} ms, over forty moments`,
+    );
+}
+
+const server = await serve();
+const opened = await openBrowser();
+try {
+    const open = (hash) => openPage({ browser: opened.browser, url: server.url, hash, size: "640x480" });
+    await transfer();
+    await start(open);
+    const show = await open("pause");
+    await show.shows("paused");
+    const scenes = await show.read(() => window.quelar.scenes);
+    await show.close();
+    await pace(open, scenes);
+    await work(open);
+    await seeks(open);
+} finally {
+    await opened.close();
+    server.close();
+}
