@@ -82,41 +82,46 @@ async function pace(open, scenes) {
     }
 }
 
-/** The look-ahead draws to nobody: told to draw every frame, it does all the work but that of the drawing. */
+/**
+ * Run by the look-ahead, which draws to nobody: once with all calls to draw answered by nothing, as the native figure
+ * has them, once with all that the page's own drawing asks of the processor.
+ */
 async function work(open) {
     const table = execFileSync("build/bin/frame_bench", ["3"], { cwd: ROOT, encoding: "utf8" });
     const native = table.match(/^(.+?) +\d+ +[\d.]+ +[\d.]+$/gm).map((row) => Number(row.split(/ +/).at(-2)));
     const show = await open("pause");
     await show.shows("paused");
+    const run = (everyFrame) =>
+        show.read((drawn) => {
+            const { scout, texts, scenes } = window.quelar;
+            scout.stop();
+            const { show: unseen } = scout;
+            unseen.isDue = () => false; // nothing is kept on the way
+            unseen.begin(undefined, texts);
+            const starts = scenes.map(({ start: begins }) => Math.round((1000 * begins) / unseen.frameMs));
+            const times = [...starts.slice(1), unseen.frames - 1].map((end) => {
+                const [first, from] = [unseen.frame, performance.now()];
+                if (drawn) {
+                    while (unseen.frame < end) unseen.goTo(unseen.frame + 1);
+                } else {
+                    unseen.goTo(end, false);
+                }
+                return { frames: end - first, time: performance.now() - from };
+            });
+            times.push({
+                frames: times.reduce((all, { frames }) => all + frames, 0),
+                time: times.reduce((all, { time }) => all + time, 0),
+            });
+            return times.map(({ frames, time }) => (1000 * time) / frames);
+        }, everyFrame);
     const rounds = [];
-    for (let i = 0; i < 3; i++) {
-        rounds.push(
-            await show.read(() => {
-                const { scout, texts, scenes } = window.quelar;
-                scout.stop();
-                const { show: unseen } = scout;
-                const ends = [
-                    ...scenes.slice(1).map(({ start: begins }) => (1000 * begins) / unseen.frameMs),
-                    unseen.frames,
-                ];
-                unseen.begin(undefined, texts);
-                let frame = 1;
-                const all = performance.now();
-                const times = ends.map((end) => {
-                    const [first, from] = [frame, performance.now()];
-                    while (frame < end) unseen.goTo(frame++);
-                    return (1000 * (performance.now() - from)) / (frame - first);
-                });
-                return [...times, (1000 * (performance.now() - all)) / unseen.frames];
-            }),
-        );
-    }
+    for (let i = 0; i < REPEATS; i++) rounds.push([await run(false), await run(true)]);
     await show.close();
     native.forEach((here, row) => {
-        const page = median(rounds.map((round) => round[row]));
-        const name = row < 6 ? `scene ${row + 1}` : "show";
+        const [unseen, drawn] = [0, 1].map((kind) => median(rounds.map((round) => round[kind][row])));
+        const name = row < native.length - 1 ? `scene ${row + 1}` : "show";
         console.log(
-            `work, ${name}: ${page.toFixed(0)} us a frame, native ${here.toFixed(0)}, ratio ${(page / here).toFixed(2)}`,
+            `work, ${name}: ${unseen.toFixed(0)} us a frame, native ${here.toFixed(0)}, ratio ${(unseen / here).toFixed(2)}; with its lists ${drawn.toFixed(0)} us`,
         );
     });
 }
