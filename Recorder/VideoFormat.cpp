@@ -33,7 +33,8 @@ VideoFormat VideoFormat::of(const Options& options, const ShowSettings& settings
 
 Arguments VideoFormat::picture() const {
     // Of the presets that leave the processor to the drawing, this one finds the motion of thin lines: it
-    // makes a third of what the fastest does, which costs half as much.
+    // makes less than half of what the fastest does, which costs half as much. The quality is the best with
+    // which the whole show at its usual size stays below 45 MB.
     Arguments arguments = {
         "-vf",
         "vflip,pad=ceil(iw/2)*2:ceil(ih/2)*2,scale=out_color_matrix=bt709:out_range=tv,format=yuv420p",
@@ -50,7 +51,7 @@ Arguments VideoFormat::picture() const {
     if (fast) {
         arguments.insert(arguments.end(), {"-preset", "ultrafast", "-crf", "22"});
     } else {
-        arguments.insert(arguments.end(), {"-preset", "veryfast", "-crf", "22"});
+        arguments.insert(arguments.end(), {"-preset", "veryfast", "-crf", "20.5"});
     }
     return arguments;
 }
