@@ -11,9 +11,12 @@ setup_file() {
 
 setup() { mkdir "$BATS_TEST_TMPDIR/work" && cd "$BATS_TEST_TMPDIR/work"; }
 
+# What the programs said into files is shown too, when a test fails.
+teardown() { tail -v -n 20 "$BATS_TEST_TMPDIR"/{errors,shown,work/said} 2>/dev/null || true; }
+
 # The show's own lines are kept away.
 record() { "$PROGRAMS/quelar-record" --data "${DATA:-$ROOT/data}" --size 64x48 "$@" >../shown; }
-frames() { "$PROGRAMS/quelar-record" --data "$ROOT/data" --size 64x48 "$@" - 2>/dev/null; }
+frames() { "$PROGRAMS/quelar-record" --data "$ROOT/data" --size 64x48 "$@" - 2>../errors; }
 
 # What it reads like when it fails: this status, one line holding this text, and no new file.
 fails() {
@@ -120,9 +123,9 @@ END
 }
 
 @test "records exactly the frames of a range, with the sound that belongs to them and a word on what it is" {
-    record --from 12.3 --to 14.1 --seed 7 range.mp4 2>summary
-    grep -qF "120 frames, 1.8 s of 64x48 in range.mp4" summary
-    [ "$(wc -l <summary)" -eq 1 ]
+    record --from 12.3 --to 14.1 --seed 7 range.mp4 2>said
+    grep -qF "120 frames, 1.8 s of 64x48 in range.mp4" said
+    [ "$(wc -l <said)" -eq 1 ]
     [ "$(probe range.mp4 v:0 codec_name,profile,width,height,pix_fmt,color_range,color_space,color_transfer,color_primaries,r_frame_rate,nb_read_frames)" = \
         h264High6448yuv420ptvbt709bt709bt709200/3120 ]
     [ "$(probe range.mp4 v:0 start_time,duration)" = 0.0000001.800000 ]
@@ -248,10 +251,10 @@ END
         exec sh -c "${command//7175656c61722d73746167652e/6661722d73746167652e}"'
     ffmpeg -v error -f lavfi -i sine=60:duration=16 -c:a libmp3lame song.mp3
     frames --track song.mp3 --from 13.99 --to 15.2 >frames.rgb
-    PARALLEL_SSH=far record --track song.mp3 --from 14.01 --to 15.2 --jobs 1 --sshlogin attic,: spread.mp4 2>summary
-    [ "$(cat summary)" = "quelar-record: 80 frames, 1.2 s of 64x48 in spread.mp4 ($(($(stat -c %s spread.mp4) / 1000 + 1)) KB), 6 pieces" ]
+    PARALLEL_SSH=far record --track song.mp3 --from 14.01 --to 15.2 --jobs 1 --sshlogin attic,: spread.mp4 2>said
+    [ "$(cat said)" = "quelar-record: 80 frames, 1.2 s of 64x48 in spread.mp4 ($(($(stat -c %s spread.mp4) / 1000 + 1)) KB), 6 pieces" ]
     grep -q 'mkdir -p.*far-stage' ../log
-    [ "$(ls -A)" = $'frames.rgb\nsong.mp3\nspread.mp4\nsummary' ]
+    [ "$(ls -A)" = $'frames.rgb\nsaid\nsong.mp3\nspread.mp4' ]
     [ "$(probe spread.mp4 v:0 start_time,duration,nb_read_frames)" = 0.0000001.20000080 ]
     [ "$(ffprobe -v error -select_streams v -show_entries packet=pts_time,flags -of csv=p=0 spread.mp4 | sed -n 's/,K.*//p' | uniq | tr '\n' ' ')" = \
         "0.000000 0.195000 0.390000 0.600000 0.795000 0.990000 " ]
@@ -316,11 +319,11 @@ END
         command_is ffmpeg "{ head -c 1500000; kill -$signal -- -\$PPID; cat; } | $(PATH=${PATH#*/bin:} command -v ffmpeg) \"\$@\""
         status=0
         setsid -w env --default-signal "$PROGRAMS/quelar-record" --data "$ROOT/data" --size 64x48 $signal.mp4 \
-            >/dev/null 2>summary || status=$?
+            >/dev/null 2>said || status=$?
         [ "$status" -eq $((128 + $(kill -l $signal))) ]
         frames=$(probe $signal.mp4 v:0 nb_read_frames)
         holds "$frames > 67 && $frames < 6000"
-        grep -qF "$frames frames" summary
+        grep -qF "$frames frames" said
         holds "$(probe $signal.mp4 a:0 duration) >= $frames * 0.015 - 0.001"
     done
     echo precious >video.mp4
@@ -339,8 +342,8 @@ END
     wrong=$(grep left shown | grep -cvE '^[0-9]+\.[0-9] of 30\.0 s, [1-9][0-9]* frames/s, [0-9]+:[0-5][0-9] left.\[K$') || true
     [ "$wrong" -eq 0 ]
     [[ $(tail -n 1 shown) == $'\e[K'"quelar-record: 333 frames"* ]]
-    record --to 2 video.mp4 2>quiet
-    run ! grep left quiet
+    record --to 2 video.mp4 2>said
+    run ! grep left said
 }
 
 @test "a failing show keeps its status and message, and leaves no file" {
