@@ -69,9 +69,9 @@ export function shareBrowser(prepare) {
     return shared;
 }
 
-/** Writes a sound file: some seconds of a tone, or of silence if that is of no hertz. */
+/** Writes a sound file: a minute of a tone, or of silence if that is of no hertz. */
 export const writeTone = (file, hertz) =>
-    run("ffmpeg", ["-v", "error", "-f", "lavfi", "-i", `sine=${hertz}:duration=10`, file]);
+    run("ffmpeg", ["-v", "error", "-f", "lavfi", "-i", `sine=${hertz}:duration=60`, file]);
 
 /**
  * Opens the page and watches over it: `close` fails if it said anything on the console but lines of the show, if

@@ -36,7 +36,7 @@ async function start({ page, shows }) {
     await shows("playing");
 }
 
-/** Waits until the strongest tone that comes out of the page is of so many hertz, of 0 in silence. */
+/** Waits until the loudest that comes out of the page is a tone from so many hertz to so many; 0 is silence. */
 const hears = ({ until }, lowest, highest = lowest) =>
     until(
         (low, high) => {
@@ -71,7 +71,7 @@ const followsHandle = async (show) =>
 
 /** Waits for a file that the page hands out, whole: the browser renames it last. */
 async function handedOut(name, { ticks }) {
-    while (!(await readdir(shared.folder)).includes(name)) await ticks(1);
+    for (let left = 3000; left && !(await readdir(shared.folder)).includes(name); left--) await ticks(1);
     return readFile(file(name));
 }
 
