@@ -113,7 +113,7 @@ END
 @test "help is a success and goes to standard output" {
     for program in play record; do
         run --separate-stderr "$PROGRAMS/quelar-$program" --help
-        [ "$status" -eq 0 ] && [ -z "$stderr" ]
+        [ "$status$stderr" = 0 ]
         [ "$(awk 'length > 110' <<<"$output")" = "" ]
         for option in --size --seed --track --data --help; do grep -qF -- "  $option" <<<"${output//SONG,/ }"; done
     done
@@ -239,11 +239,11 @@ END
     [ "$(ls -lR --full-time "$ROOT/data")" = "$before" ]
     yes 'No music.' | head -c 9999 >text.mp3
     for program in "$PROGRAMS/quelar-record --track" "$PROGRAMS/quelar-play"; do
-        # shellcheck disable=SC2086
-        {
-            fails 1 'text.mp3: The music file is not an MP3.' $program text.mp3 && [ ! -s ../shown ]
-            fails 1 'none: The music file does not exist.' $program none && [ ! -s ../shown ]
-        }
+        for fault in 'text.mp3: The music file is not an MP3.' 'none: The music file does not exist.'; do
+            # shellcheck disable=SC2086
+            fails 1 "$fault" $program "${fault%%:*}"
+            [ ! -s ../shown ]
+        done
     done
     cp -R "$ROOT/data" data
     rm data/music/quelar.mp3
@@ -371,10 +371,10 @@ END
     ln -s "$PROGRAMS/../lib" lib
     export TMPDIR=$BATS_TEST_TMPDIR
     # In place of the show.
-    printf '#!/bin/sh\necho >>data/settings.ini; cp -RL data "%s"; ls -l /proc/$$/fd >"%s/held"; exit 7' "$PWD" "$PWD" >programs/quelar
+    printf '#!/bin/sh\necho >>data/settings.ini; cp -RL data "%s"; ls -l /proc/$$/fd >"%s/held"; kill -KILL $$' "$PWD" "$PWD" >programs/quelar
     chmod +x programs/quelar
     ffmpeg -v error -f lavfi -i sine=60:duration=1 -c:a libmp3lame -- -song.mp3
-    run -7 --separate-stderr programs/quelar-play --size 3840x2160 --seed 16777216 --data "$ROOT/data" -- -song.mp3
+    run -137 --separate-stderr programs/quelar-play --size 3840x2160 --seed 16777216 --data "$ROOT/data" -- -song.mp3
     [ -z "$output$stderr" ]
     # The show has its folder in use, should it outlive the player.
     grep -q quelar-stage held
