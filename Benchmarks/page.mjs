@@ -8,12 +8,10 @@
 import { execFileSync } from "node:child_process";
 import { readdir, readFile } from "node:fs/promises";
 import { join } from "node:path";
-import { fileURLToPath } from "node:url";
 import { gzipSync } from "node:zlib";
 
-import { BUILT, openBrowser, openPage, serve } from "../Tests/Web/browser.mjs";
+import { BUILT, openBrowser, openPage, ours } from "../Tests/Web/browser.mjs";
 
-const ROOT = fileURLToPath(new URL("..", import.meta.url));
 const SECONDS = 6; // of a scene, while its frames are counted
 const REPEATS = 5; // of what takes a moment; the median counts
 
@@ -87,7 +85,7 @@ async function pace(open, scenes) {
  * has them, once with all that the page's own drawing asks of the processor.
  */
 async function work(open) {
-    const table = execFileSync("build/bin/frame_bench", ["3"], { cwd: ROOT, encoding: "utf8" });
+    const table = execFileSync(ours("build/bin/frame_bench"), ["3"], { cwd: ours(""), encoding: "utf8" });
     const native = table.match(/^(.+?) +\d+ +[\d.]+ +[\d.]+$/gm).map((row) => Number(row.split(/ +/).at(-2)));
     const show = await open("pause");
     await show.shows("paused");
@@ -153,10 +151,9 @@ async function seeks(open) {
     );
 }
 
-const server = await serve();
 const opened = await openBrowser();
 try {
-    const open = (hash) => openPage({ browser: opened.browser, url: server.url, hash, size: "640x480" });
+    const open = (hash) => openPage({ ...opened, hash, size: "640x480" });
     await transfer();
     await start(open);
     const show = await open("pause");
@@ -168,5 +165,4 @@ try {
     await seeks(open);
 } finally {
     await opened.close();
-    server.close();
 }

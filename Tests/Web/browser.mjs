@@ -21,20 +21,18 @@ export const ours = (path) => fileURLToPath(new URL(`../../${path}`, import.meta
 export const run = promisify(execFile);
 
 /** Where the page lies; another folder can be tested in its place. */
-const BUILT = process.env.QUELAR_WEB ?? ours("build/web");
+export const BUILT = process.env.QUELAR_WEB ?? ours("build/web");
 
 const PATIENCE_MS = Number(process.env.QUELAR_PATIENCE_MS ?? 60000); // a busy machine is no fault of the page
 
 const TYPES = { ".css": "text/css", ".html": "text/html", ".js": "text/javascript" };
 
 /**
- * What the tests of a file share, from the first to the last: the browser, the url of the page and a folder.
- * The browser is Debian's Chromium, without a window; it draws by the same software OpenGL as the rest of the
- * tests, and leaves in the folder what it downloads. The server is like any other.
- * @param {(shared: {browser: object, url: string, folder: string}) => Promise<void>} prepare what the tests need
+ * The page as it is met: a server for it, like any other, and Debian's Chromium, without a window. It draws by the
+ * same software OpenGL as the rest of the tests, and leaves in a folder what it downloads.
+ * @returns {Promise<{browser: object, url: string, folder: string, close: () => Promise<void>}>}
  */
-export function shareBrowser(prepare) {
-    const shared = {};
+export async function openBrowser() {
     const server = createServer(async ({ url }, answer) => {
         const path = new URL(url, "http://localhost").pathname.replace(/\/$/, "/index.html");
         const file = await readFile(join(BUILT, path)).catch(() => undefined);
@@ -42,30 +40,38 @@ export function shareBrowser(prepare) {
         answer.writeHead(file ? 200 : 404, { "Content-Type": type, "Content-Length": file?.length ?? 0 });
         answer.end(file);
     });
-    before(async () => {
-        await new Promise((done) => server.listen(0, "127.0.0.1", done));
-        shared.url = `http://127.0.0.1:${server.address().port}/`;
-        shared.folder = await mkdtemp(join(tmpdir(), "quelar-page-"));
-        shared.browser = await puppeteer.launch({
-            executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
-            downloadBehavior: { policy: "allow", downloadPath: shared.folder },
-            protocolTimeout: PATIENCE_MS,
-            args: [
-                "--no-sandbox",
-                "--use-gl=angle",
-                "--use-angle=gl-egl",
-                "--ignore-gpu-blocklist",
-                "--disable-component-update",
-                "--autoplay-policy=user-gesture-required",
-            ],
-        });
-        await prepare(shared);
+    await new Promise((done) => server.listen(0, "127.0.0.1", done));
+    const folder = await mkdtemp(join(tmpdir(), "quelar-page-"));
+    const browser = await puppeteer.launch({
+        executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
+        downloadBehavior: { policy: "allow", downloadPath: folder },
+        protocolTimeout: PATIENCE_MS,
+        args: [
+            "--no-sandbox",
+            "--disable-dev-shm-usage",
+            "--use-gl=angle",
+            "--use-angle=gl-egl",
+            "--ignore-gpu-blocklist",
+            "--disable-component-update",
+            "--autoplay-policy=user-gesture-required",
+        ],
     });
-    after(async () => {
-        await shared.browser?.close();
+    const close = async () => {
+        await browser.close();
         server.close();
-        await rm(shared.folder, { recursive: true, force: true });
-    });
+        await rm(folder, { recursive: true, force: true });
+    };
+    return { browser, url: `http://127.0.0.1:${server.address().port}/`, folder, close };
+}
+
+/**
+ * What the tests of a file share, from the first to the last.
+ * @param {(shared: {browser: object, url: string, folder: string}) => Promise<void>} prepare what the tests need
+ */
+export function shareBrowser(prepare) {
+    const shared = {};
+    before(async () => prepare(Object.assign(shared, await openBrowser())));
+    after(() => shared.close?.());
     return shared;
 }
 
