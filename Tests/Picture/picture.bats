@@ -49,16 +49,11 @@ holds() {
     [[ $(awk "BEGIN { print ($1) }") == 1 ]]
 }
 
-# near A B TOLERANCE: whether rows of numbers differ by no more than that share of the first.
+# near A B TOLERANCE: whether rows of three numbers differ by no more than that share of the first.
 near() {
-    printf 'expected:%s\ngot:     %s\n' " $1" " $2"
-    awk -v a="$1" -v b="$2" -v tolerance="$3" 'BEGIN {
-        count = split(a, expected); if (split(b, got) < count || !count) { exit 1 }
-        for (i = 1; i <= count; ++i) {
-            apart = got[i] - expected[i]
-            if (apart > tolerance * expected[i] || -apart > tolerance * expected[i]) { exit 1 }
-        }
-    }'
+    local -a a b
+    read -ra a <<<"$1" && read -ra b <<<"$2"
+    for ring in 0 1 2; do holds "sqrt((${b[ring]} - ${a[ring]}) ^ 2) <= $3 * ${a[ring]}"; done
 }
 
 # rings_of FILE: the means in its three rings.
@@ -83,25 +78,32 @@ compared() {
     holds "$(measure maxima "$frames/0.png") == 0"
 }
 
+# mean_with UNIFORM VALUE: the mean of the picture with that value for the uniform, in mean, and its file in picture.
+mean_with() {
+    picture=$(still "$1$2" "$(altered "$1$2" "s/uniform float $1;/const float $1 = $2;/" pulse.vs)")
+    mean=$(measure mean "$picture")
+}
+
 @test "brightness follows the fade, down to nothing, glow included" {
-    local full half none
-    full=$(still full "$(altered full 's/uniform float fade;/const float fade = 1.0;/' pulse.vs)")
-    half=$(still half "$(altered half 's/uniform float fade;/const float fade = 0.5;/' pulse.vs)")
-    none=$(still none "$(altered none 's/uniform float fade;/const float fade = 0.0;/' pulse.vs)")
-    holds "$(measure mean "$half") < 0.72 * $(measure mean "$full")"
-    holds "$(measure mean "$half") > 0.3 * $(measure mean "$full")"
-    holds "$(measure maxima "$none") == 0"
+    local full
+    mean_with fade 1.0
+    full=$mean
+    mean_with fade 0.5
+    holds "$mean < 0.72 * $full && $mean > 0.3 * $full"
+    mean_with fade 0.0
+    holds "$(measure maxima "$picture") == 0"
 }
 
 @test "a beat is a swell that falls smoothly, one below zero does nothing" {
-    local pulse before='' rest now
-    rest=$(still rest "$(altered rest 's/uniform float amplif;/const float amplif = 0.0;/' pulse.vs)")
+    local pulse before='' rest
     for pulse in 1.0 0.66 0.33 0.0; do
-        now=$(measure mean "$(still "$pulse" "$(altered "$pulse" "s/uniform float amplif;/const float amplif = $pulse;/" pulse.vs)")")
-        [[ -z $before ]] || holds "$before > 1.06 * $now && $before < 1.4 * $now"
-        before=$now
+        mean_with amplif $pulse
+        [[ -z $before ]] || holds "$before > 1.06 * $mean && $before < 1.4 * $mean"
+        before=$mean
     done
-    cmp "$rest" "$(still dip "$(altered dip 's/uniform float amplif;/const float amplif = -0.04;/' pulse.vs)")"
+    rest=$picture
+    mean_with amplif -0.04
+    cmp "$rest" "$picture"
 }
 
 @test "light falls off around a line, whichever way it runs" {
@@ -161,20 +163,17 @@ compared() {
 
 @test "light spreads to all sides, and none comes round to the opposite edge" {
     # A line along each edge of the picture, and of the small pictures too, which lie side by side.
-    local side
-    still west "$(line west '-0.97, along')"
-    still east "$(line east '0.97, along')"
-    still south "$(line south 'along, -0.97')"
-    still north "$(line north 'along, 0.97')"
-    lit() { measure maxima "$BATS_TEST_TMPDIR/$1.stills/4.5.png" -gravity "$2" -crop "$3"; }
-    for side in west:east east:west; do
-        holds "$(lit "${side%:*}" "${side%:*}" 3x240+15+0) > 0"
-        holds "$(lit "${side%:*}" "${side#*:}" 240x240+0+0) == 0"
-    done
-    for side in south:north north:south; do
-        holds "$(lit "${side%:*}" "${side%:*}" 320x3+0+15) > 0"
-        holds "$(lit "${side%:*}" "${side#*:}" 320x160+0+0) == 0"
-    done
+    local side opposite position near far picture
+    while read -r side opposite position near far; do
+        picture=$(still "$side" "$(line "$side" "$position")")
+        holds "$(measure maxima "$picture" -gravity "$side" -crop "$near") > 0"
+        holds "$(measure maxima "$picture" -gravity "$opposite" -crop "$far") == 0"
+    done <<'END'
+west east -0.97,along 3x240+15+0 240x240+0+0
+east west 0.97,along 3x240+15+0 240x240+0+0
+south north along,-0.97 320x3+0+15 320x160+0+0
+north south along,0.97 320x3+0+15 320x160+0+0
+END
 }
 
 @test "twice the size shows the same picture" {
