@@ -23,11 +23,13 @@ struct Size {
     int height;
 };
 
-/// To the nearest of the lit pixels, in pixels, squared; those beyond reach count as infinitely far.
-std::vector<int> squaredDistances(const std::vector<bool>& lit, const Size& size, int reach) {
-    std::vector<int> result(lit.size(), std::numeric_limits<int>::max());
+/// To the nearest pixel that is at least half as bright as the brightest, in pixels, squared; those beyond
+/// reach count as infinitely far.
+std::vector<int> squaredDistances(const std::vector<int>& levels, const Size& size, int reach) {
+    const int brightest = *std::max_element(levels.begin(), levels.end());
+    std::vector<int> result(levels.size(), std::numeric_limits<int>::max());
     for (int i = 0; i < size.width * size.height; ++i) {
-        if (!lit[i]) {
+        if (2 * levels[i] < brightest) {
             continue;
         }
         const int x = i % size.width;
@@ -53,12 +55,9 @@ void printProfile(const std::vector<unsigned char>& frame, const Size& size) {
         white += darkest == 255 ? 1 : 0;
     }
     const int brightest = *std::max_element(largest.begin(), largest.end());
-    std::vector<bool> lit(largest.size());
-    std::transform(largest.begin(), largest.end(), lit.begin(),
-                   [brightest](int value) { return 2 * value >= brightest; });
     const double scale = size.height / USUAL_HEIGHT;
     const std::vector<int> distances =
-        squaredDistances(lit, size, static_cast<int>(std::ceil(EDGES.back() * scale)));
+        squaredDistances(largest, size, static_cast<int>(std::ceil(EDGES.back() * scale)));
     for (std::size_t ring = 0; ring + 1 < EDGES.size(); ++ring) {
         double sum = 0;
         std::size_t count = 0;

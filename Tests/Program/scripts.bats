@@ -46,10 +46,12 @@ configured() { [ "$(wc -l <../configured)" -eq "$1" ]; }
     run -7 --separate-stderr "$top/play" --seed 7 'a song.mp3' --size 64x48
     [[ $output == *" --data $top/data --seed 7 --track a song.mp3 --size 64x48 $top/build/quelar.mp4" ]]
     [[ $stderr == *"to $top/build/quelar.mp4 instead" ]]
-    for arguments in --help '--size'; do
+    for arguments in '' '--size '; do
         run -7 --separate-stderr "$top/play" $arguments
-        [[ $output == *" --data $top/data $arguments"* ]]
+        [[ $output == *" --data $top/data $arguments$top/build/quelar.mp4" ]]
     done
+    run -7 --separate-stderr "$top/play" --help
+    [[ $output == *" --data $top/data --help" ]]
 }
 
 @test "play: configures once, by whatever link it is called, and again when the checkout was moved" {
@@ -58,7 +60,8 @@ configured() { [ "$(wc -l <../configured)" -eq "$1" ]; }
     : >"$top/build/quelar.mp4"
     : >"$top/build/object"
     for place in "$top" "$BATS_TEST_TMPDIR/link"; do
-        run -7 "$place/play"
+        run -7 --separate-stderr "$place/play"
+        [[ $output == "started in $top,"* ]]
         configured 1
         [ -e "$top/build/object" ]
     done
@@ -87,7 +90,8 @@ configured() { [ "$(wc -l <../configured)" -eq "$1" ]; }
     mkdir -p "$here/"{snd,run/pulse,socket/pulse}
     cd "$here/socket/pulse" # a path to a socket must be short
     perl -MIO::Socket::UNIX -e 'IO::Socket::UNIX->new(Local => "native", Listen => 1) or die'
-    run -7 "$top/play" # whatever is to be built has been
+    : >"$here/run/pulse/native" # a file like any other
+    run -7 "$top/play"          # whatever is to be built has been
     while IFS='|' read -r surroundings device said; do
         : >"$here/snd/$device"
         run -7 --separate-stderr env ${surroundings:+"$surroundings"} "$top/play"
