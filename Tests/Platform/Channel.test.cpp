@@ -102,6 +102,7 @@ TEST(Channel, GoesByTheClockAndIsKeptInStepWithTheDevice) {
                                               Step(starve, 5000, 2000500),
                                               Step(report(2000500, 1), 500, 2001000),
                                               Step(jump(100000), 30, 100000),
+                                              Step(report(2001000, 1), 30, 100000),
                                               Step(hold, 30, 100000),
                                               Step(jump(200000), 30, 200000),
                                               Step(report(7, 3), 30, 200000),
