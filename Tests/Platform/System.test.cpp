@@ -1,6 +1,7 @@
 // The C interface: what is refused, in which order things may be given back, and how tracks are played.
 
 #include "Player.h"
+#include "Room.h"
 
 #include <fmod_errors.h>
 #include <gmock/gmock.h>
@@ -126,6 +127,7 @@ TEST(Error, IsPutIntoWords) {
 }
 
 TEST(System, GoesExactlyByTheClockAndStopsAtTheEnd) {
+    const Room room; // its device would be another clock, if anybody opened it
     // One second and a bit: the last sample ends 1012290.2 us after the first began.
     const Player player;
     FMOD_SOUND* const sound = player.load(encode("tone.mp3", sineLeft(1000), 44642));
