@@ -16,9 +16,9 @@ record_stills() {
     (cd "$root" && "${QUELAR_BUILD:-$root/build}/bin/quelar-record" --seed 42 --data "$data" --size "$size" "${stills[@]}")
 }
 
-# ring_profile FILE: how the light falls off in a picture, as the program of that name tells it.
+# ring_profile FILE...: how the light falls off in pictures of one size, as the program of that name tells it.
 ring_profile() {
     # shellcheck disable=SC2046 # two words
-    convert "$1" -alpha off -depth 8 rgb:- |
+    convert "$@" -alpha off -depth 8 rgb:- |
         "${QUELAR_BUILD:-$root/build}/bin/ring_profile" $(identify -format '%w %h' "$1")
 }

@@ -23,31 +23,21 @@ struct Size {
     int height;
 };
 
-/// To the nearest of the lit pixels, in pixels, squared; those beyond reach count as infinitely far.
-std::vector<int> squaredDistances(const std::vector<bool>& lit, const Size& size, int reach) {
-    const int far = std::numeric_limits<int>::max() / 4;
-    std::vector<int> inRow(lit.size());
-    for (int y = 0; y < size.height; ++y) {
-        int* const row = inRow.data() + static_cast<std::ptrdiff_t>(y) * size.width;
-        const auto walk = [&](int from, int to, int step) {
-            int distance = reach + 1;
-            for (int x = from; x != to; x += step) {
-                distance = lit[(row - inRow.data()) + x] ? 0 : std::min(distance + 1, reach + 1);
-                row[x] = step > 0 ? distance : std::min(row[x], distance);
-            }
-        };
-        walk(0, size.width, 1);
-        walk(size.width - 1, -1, -1);
-    }
-    std::vector<int> result(lit.size(), far);
-    for (int y = 0; y < size.height; ++y) {
-        for (int other = std::max(y - reach, 0); other <= std::min(y + reach, size.height - 1); ++other) {
-            for (int x = 0; x < size.width; ++x) {
-                const int across = inRow[static_cast<std::size_t>(other) * size.width + x];
-                int& best = result[static_cast<std::size_t>(y) * size.width + x];
-                if (across <= reach) {
-                    best = std::min(best, across * across + (y - other) * (y - other));
-                }
+/// To the nearest pixel that is at least half as bright as the brightest, in pixels, squared; those beyond
+/// reach count as infinitely far.
+std::vector<int> squaredDistances(const std::vector<int>& levels, const Size& size, int reach) {
+    const int brightest = *std::max_element(levels.begin(), levels.end());
+    std::vector<int> result(levels.size(), std::numeric_limits<int>::max());
+    for (int i = 0; i < size.width * size.height; ++i) {
+        if (2 * levels[i] < brightest) {
+            continue;
+        }
+        const int x = i % size.width;
+        const int y = i / size.width;
+        for (int down = std::max(-y, -reach); down <= std::min(size.height - 1 - y, reach); ++down) {
+            for (int across = std::max(-x, -reach); across <= std::min(size.width - 1 - x, reach); ++across) {
+                int& best = result[i + down * size.width + across];
+                best = std::min(best, down * down + across * across);
             }
         }
     }
@@ -65,12 +55,9 @@ void printProfile(const std::vector<unsigned char>& frame, const Size& size) {
         white += darkest == 255 ? 1 : 0;
     }
     const int brightest = *std::max_element(largest.begin(), largest.end());
-    std::vector<bool> lit(largest.size());
-    std::transform(largest.begin(), largest.end(), lit.begin(),
-                   [brightest](int value) { return 2 * value >= brightest; });
     const double scale = size.height / USUAL_HEIGHT;
     const std::vector<int> distances =
-        squaredDistances(lit, size, static_cast<int>(std::ceil(EDGES.back() * scale)));
+        squaredDistances(largest, size, static_cast<int>(std::ceil(EDGES.back() * scale)));
     for (std::size_t ring = 0; ring + 1 < EDGES.size(); ++ring) {
         double sum = 0;
         std::size_t count = 0;

@@ -2,7 +2,6 @@
 
 #include "Output.h"
 
-#include "Error.h"
 #include "Player.h"
 #include "Room.h"
 
@@ -37,26 +36,26 @@ bool happens(const std::function<bool()>& something) {
     return patience > 0;
 }
 
-std::shared_ptr<Channel> channelOf(const std::string& path, bool patient = true, bool paused = false) {
+std::shared_ptr<Channel> play(const std::shared_ptr<const Track>& track, bool paused = false) {
     FMOD_Clock_Set(supplied);
-    const auto track = std::make_shared<Track>(path, patient);
-    if (patient) {
-        track->isOver(INT_MAX); // has been decoded then
-    }
     return std::make_shared<Channel>(track, Clock(), paused, true);
+}
+
+/// A track that has been decoded.
+std::shared_ptr<const Track> trackOf(const Signal& signal, int samples, int rate = 44100) {
+    const auto track = std::make_shared<Track>(encode("output.mp3", signal, samples, rate), true);
+    track->isOver(INT_MAX);
+    return track;
 }
 
 /// Somebody in the room, while a channel plays.
 struct Listener {
-    explicit Listener(std::shared_ptr<Channel> played) : channel(std::move(played)) {
-        room.enter();
-        voice = std::make_unique<Voice>(channel);
-    }
+    explicit Listener(std::shared_ptr<Channel> played) : channel(std::move(played)), voice(channel) {}
 
     /// Lets the device play on for 10 ms. Returns whether the channel goes on.
     bool step() {
-        const bool goesOn = voice->update();
-        voice->report();
+        const bool goesOn = voice.update();
+        voice.report();
         hear(441);
         now += 10000;
         return goesOn;
@@ -72,8 +71,8 @@ struct Listener {
     long heardFrom(std::int64_t first) {
         std::vector<Frame> expected(heard.size());
         channel->getTrack().copy(first, expected.size(), expected.data());
-        const auto same = [](const Speakers& speakers, const Frame& frame) {
-            return speakers == Speakers{frame.left, frame.right, 0, 0};
+        const auto same = [](const Speakers& levels, const Frame& frame) {
+            return levels == Speakers{1.0f * frame.left, 1.0f * frame.right};
         };
         const std::vector<Speakers> all = std::exchange(heard, {});
         return std::mismatch(all.begin(), all.end(), expected.begin(), same).first - all.begin();
@@ -88,9 +87,9 @@ struct Listener {
         EXPECT_NEAR(channel->getPosition(), place, 2) << first;
     }
 
-    Room room;
+    Room room{true};
     std::shared_ptr<Channel> channel;
-    std::unique_ptr<Voice> voice;
+    Voice voice;
     std::vector<Speakers> heard;
 };
 
@@ -99,9 +98,9 @@ constexpr std::int64_t SILENCE = 1000000000; ///< where no track has a frame
 } // namespace
 
 TEST(Voice, PlaysEveryFrameAtItsTimeWhateverTheRateAndTheWayToTheEar) {
+    const auto tone = sineLeft(50);
     for (const auto& [rate, latency] : {std::pair(44100, 30), std::pair(48000, 0), std::pair(22050, 300)}) {
-        const auto tone = sineLeft(50);
-        Listener listener(channelOf(encode("tone.mp3", tone, rate * 3 / 2, rate)));
+        Listener listener(play(trackOf(tone, rate * 3 / 2, rate)));
         listener.room.latency = latency * 1000000LL;
         for (int time = 10; time < 1510 + latency; time += 10) {
             ASSERT_TRUE(listener.step()) << rate << ' ' << time;
@@ -115,8 +114,8 @@ TEST(Voice, PlaysEveryFrameAtItsTimeWhateverTheRateAndTheWayToTheEar) {
     }
 }
 
-TEST(Voice, DoesWhatItsChannelIsTold) {
-    Listener listener(channelOf(encode("rising.mp3", rising, 5 * 44100), true, true));
+TEST(Voice, DoesWhatItsChannelIsToldAndGivesBackWhatItTakes) {
+    Listener listener(play(trackOf(rising, 5 * 44100), true));
     Channel& channel = *listener.channel;
     listener.expect(1, SILENCE, 0);
     channel.setPaused(false);
@@ -126,7 +125,7 @@ TEST(Voice, DoesWhatItsChannelIsTold) {
     channel.setPaused(false);
     listener.expect(10, 4410, 200000);
     channel.setPosition(2000000);
-    listener.voice->report();
+    listener.voice.report();
     now += 1000;
     EXPECT_EQ(channel.getPosition(), 2000000) << "the device has not been told yet";
     listener.expect(10, 88200, 2100000);
@@ -143,6 +142,17 @@ TEST(Voice, DoesWhatItsChannelIsTold) {
     }
     EXPECT_EQ(listener.heardFrom(88200 + 4 * 4096), 90 * 441);
     EXPECT_NEAR(last, 2000000 + 4 * 4096 / 0.0441 + 900000, 2);
+    // No device has sources for so many voices at a time. Of buffers the lowest number that is free comes
+    // next.
+    std::array<ALuint, 2> next{};
+    for (ALuint& buffer : next) {
+        alGenBuffers(1, &buffer);
+        alDeleteBuffers(1, &buffer);
+        for (int i = 0; i < 300; ++i) {
+            ASSERT_TRUE(Voice(listener.channel).update());
+        }
+    }
+    EXPECT_EQ(next[0], next[1]);
     channel.stop();
     EXPECT_FALSE(listener.step());
 }
@@ -150,7 +160,7 @@ TEST(Voice, DoesWhatItsChannelIsTold) {
 TEST(Voice, WaitsForTheDecoder) {
     const std::string path = encode("rising.mp3", rising, 44100);
     decodable = 10;
-    Listener listener(channelOf(path, false));
+    Listener listener(play(std::make_shared<Track>(path, false)));
     const Track& track = listener.channel->getTrack();
     EXPECT_TRUE(happens([&] { return decodable == 0 && track.getDecoded() > 8192; }));
     for (int i = 0; i < 50; ++i) {
@@ -163,29 +173,6 @@ TEST(Voice, WaitsForTheDecoder) {
     listener.expect(50, 8192, 8192 / 0.0441 + 500000);
 }
 
-TEST(Voice, GivesBackWhatItTakes) {
-    const std::string path = encode("tone.mp3", sineLeft(500), 4410);
-    Room room;
-    room.enter();
-    const auto channel = channelOf(path);
-    ALuint before = 0;
-    alGenBuffers(1, &before);
-    alDeleteBuffers(1, &before);
-    ALuint source = 0;
-    ALuint last = 0;
-    while (alGenSources(1, &source), alGetError() == AL_NO_ERROR) {
-        last = source;
-    }
-    EXPECT_THROW(Voice{channel}, Error) << "the device takes no more";
-    alDeleteSources(1, &last);
-    for (int i = 0; i < 2; ++i) {
-        EXPECT_TRUE(Voice(channel).update());
-    }
-    ALuint after = 0;
-    alGenBuffers(1, &after);
-    EXPECT_EQ(after, before);
-}
-
 /// Whether a channel goes by the clock alone. One that is on the device waits there to be let go on.
 static bool hasLeft(Channel& channel) {
     channel.setPosition(500000);
@@ -195,12 +182,13 @@ static bool hasLeft(Channel& channel) {
     return channel.getPosition() == 500007;
 }
 
-TEST(Output, IsLeftWhenItIsLostAndTheShowGoesOn) {
-    const std::string path = encode("rising.mp3", rising, 44100);
+TEST(Output, IsLeftByWhatItDoesNotTakeAndWhenItIsLost) {
+    const auto track = trackOf(rising, 44100);
+    const auto stopped = play(track);
+    const auto channel = play(track);
+    const auto waiting = play(track);
+    const auto late = play(track);
     Room room;
-    const auto channel = channelOf(path);
-    const auto waiting = channelOf(path);
-    const auto late = channelOf(path);
     std::unique_ptr<Output> output;
     std::atomic<bool> failing{false};
     bool failed = false;
@@ -213,8 +201,20 @@ TEST(Output, IsLeftWhenItIsLostAndTheShowGoesOn) {
         return !std::exchange(failed, failing);
     };
     output = Output::open();
+    const auto isHeard = [&room] { return room.hear(441)[100][0] != 0; };
+    output->play(stopped);
+    EXPECT_TRUE(happens(isHeard));
+    stopped->stop();
+    EXPECT_TRUE(happens([&] { return !isHeard() && stopped.use_count() == 1; }))
+        << "nobody plays it any more";
     output->play(channel);
-    EXPECT_TRUE(happens([&] { return room.hear(441)[100][0] != 0; })) << "it is heard";
+    EXPECT_TRUE(happens(isHeard));
+    std::vector<std::shared_ptr<Channel>> crowd;
+    for (int i = 0; i < 300; ++i) {
+        crowd.push_back(play(track, true));
+        output->play(crowd.back());
+    }
+    EXPECT_TRUE(happens([&] { return hasLeft(*crowd.back()); })) << "the device does not take so many";
     EXPECT_FALSE(hasLeft(*waiting));
     const std::int64_t place = channel->getPosition();
     failing = true;
@@ -223,33 +223,6 @@ TEST(Output, IsLeftWhenItIsLostAndTheShowGoesOn) {
     EXPECT_TRUE(hasLeft(*channel));
     output->play(late);
     EXPECT_TRUE(hasLeft(*late));
-}
-
-TEST(Output, FallsSilentWhenTheChannelIsStopped) {
-    const std::string path = encode("tone.mp3", sineLeft(500), 10 * 44100);
-    const Room room;
-    const Player player(REAL_TIME);
-    FMOD_CHANNEL* const channel = player.play(path);
-    const auto sounds = [&] {
-        const std::vector<Speakers> heard = room.hear(20);
-        return std::any_of(heard.begin(), heard.end(), [](const Speakers& level) { return level[0] != 0; });
-    };
-    EXPECT_TRUE(happens(sounds));
-    EXPECT_EQ(FMOD_Channel_Stop(channel), FMOD_OK);
-    EXPECT_TRUE(happens([&] { return !sounds(); }));
-}
-
-TEST(Output, PlaysOnUnheardWhatTheDeviceDoesNotTake) {
-    FMOD_Clock_Set(supplied);
-    const auto track = std::make_shared<Track>(encode("tone.mp3", sineLeft(500), 44100), true);
-    const Room room;
-    const auto output = Output::open();
-    std::vector<std::shared_ptr<Channel>> channels;
-    for (int i = 0; i < 300; ++i) {
-        channels.push_back(std::make_shared<Channel>(track, Clock(), false, true));
-        output->play(channels.back());
-    }
-    EXPECT_TRUE(happens([&] { return hasLeft(*channels.back()); }));
 }
 
 /// ALSA has something to complain about: there is no device of that name.
@@ -263,39 +236,20 @@ static void provoke(void* alsa) {
 }
 
 /// A whole track in real time, as the show plays it. Ends the process.
-static void playInRealTime(const char* drivers) {
-    ::setenv("ALSOFT_DRIVERS", drivers, 1);
+static void playInRealTime(const std::string& drivers) {
+    ::setenv("ALSOFT_DRIVERS", drivers.c_str(), 1);
     ::setenv("ALSOFT_LOGLEVEL", "1", 1); // OpenAL tells of devices that were left open
     ::setenv("ALSA_CONFIG_PATH", "/nowhere", 1);
     void* const alsa = ::dlopen("libasound.so.2", RTLD_LAZY);
-    constexpr int RATE = 48000;
-    const std::string track = encode("rising.mp3", rising, RATE * 3 / 2, RATE);
+    const std::string track = encode("rising.mp3", rising, 24000, 48000);
     {
         const Player player(REAL_TIME);
         FMOD_SOUND* const sound = player.load(track);
         const auto begin = std::chrono::steady_clock::now();
         FMOD_CHANNEL* const channel = player.play(sound);
-        unsigned int last = 0;
-        for (;;) {
-            const unsigned int before = position(channel);
-            const std::vector<float> values = spectrum(channel);
-            const unsigned int after = position(channel);
-            const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - begin;
-            if (after == OVER) {
-                EXPECT_GE(time.count(), 1499);
-                break;
-            }
-            EXPECT_LE(last, before) << "never backwards";
-            EXPECT_LE(after, time.count()) << "never ahead of the time";
-            const auto loudest = std::max_element(values.begin(), values.end());
-            if (*loudest > 0.1f) {
-                EXPECT_GT(loudest - values.begin(), (1000 + before) * 1024.0 / RATE - 3);
-                EXPECT_LT(loudest - values.begin(), (1000 + after) * 1024.0 / RATE + 3);
-            }
-            last = after;
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        }
-        if (drivers == std::string("null")) {
+        EXPECT_TRUE(happens([channel] { return position(channel) == OVER; }));
+        EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500));
+        if (drivers == "null") {
             provoke(alsa);
         }
     }
@@ -307,6 +261,7 @@ static void playInRealTime(const char* drivers) {
 // In processes of their own, because a process looks for its sound devices once.
 TEST(Output, SetsThePaceQuietlyAndIsNotNeeded) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(playInRealTime("null"), testing::ExitedWithCode(0), "^Closed[.] (ALSA lib[^\n]*\n)+$");
-    EXPECT_EXIT(playInRealTime("alsa"), testing::ExitedWithCode(0), "^Closed[.] (ALSA lib[^\n]*\n)+$");
+    for (const char* const drivers : {"null", "alsa"}) {
+        EXPECT_EXIT(playInRealTime(drivers), testing::ExitedWithCode(0), "^Closed[.] (ALSA lib[^\n]*\n)+$");
+    }
 }

@@ -12,7 +12,6 @@
 #include <functional>
 #include <iterator>
 #include <string>
-#include <vector>
 
 // Music made for the purpose, and what plays it. What fails here shows in what the tests then see.
 
@@ -115,10 +114,4 @@ inline unsigned int position(FMOD_CHANNEL* channel) {
     unsigned int milliseconds = OVER;
     FMOD_Channel_GetPosition(channel, &milliseconds, FMOD_TIMEUNIT_MS);
     return milliseconds;
-}
-
-inline std::vector<float> spectrum(FMOD_CHANNEL* channel, int count = 512) {
-    std::vector<float> values(count, -1);
-    FMOD_Channel_GetSpectrum(channel, values.data(), count, 0, FMOD_DSP_FFT_WINDOW_TRIANGLE);
-    return values;
 }

@@ -21,6 +21,14 @@ static Function* real(Function* /*before*/, const char* name) {
     return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
 }
 
+Room::Room(bool entered) {
+    present = this;
+    if (entered) {
+        context = alcCreateContext(alcOpenDevice(nullptr), nullptr);
+        alcMakeContextCurrent(context);
+    }
+}
+
 Room::~Room() {
     present = nullptr;
     if (context != nullptr) {
@@ -30,19 +38,13 @@ Room::~Room() {
     }
 }
 
-void Room::enter() {
-    context = alcCreateContext(alcOpenDevice(nullptr), nullptr);
-    alcMakeContextCurrent(context);
-}
-
 std::vector<Speakers> Room::hear(int frames) const {
-    std::vector<std::array<float, 4>> levels(frames);
-    alcRenderSamplesSOFT(device, levels.data(), frames);
-    std::vector<Speakers> heard;
-    heard.reserve(levels.size());
-    for (const auto& [fl, fr, rl, rr] : levels) {
-        heard.push_back({std::lround(fl * 32768), std::lround(fr * 32768), std::lround(rl * 32768),
-                         std::lround(rr * 32768)});
+    std::vector<Speakers> heard(frames);
+    alcRenderSamplesSOFT(device, heard.data(), frames);
+    for (Speakers& levels : heard) {
+        for (float& level : levels) {
+            level = std::round(level * 32768);
+        }
     }
     return heard;
 }

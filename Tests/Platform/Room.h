@@ -9,19 +9,14 @@
 #include <vector>
 
 /// What comes from front left, front right, rear left and rear right: -32768..32767.
-using Speakers = std::array<long, 4>;
+using Speakers = std::array<float, 4>;
 
 /// While one lives, the sound device is the mixer of OpenAL alone, which plays on when told to, into a room
 /// where one can listen.
-class Room {
-public:
-    Room() { present = this; }
-    Room(const Room&) = delete;
-    Room& operator=(const Room&) = delete;
+struct Room {
+    /// Whether the device is opened at once, for this thread; it is closed with the room then.
+    explicit Room(bool entered = false);
     ~Room();
-
-    /// Opens the device for this thread; it is closed with the room.
-    void enter();
 
     /// Plays so many frames on, 44100 a second, and returns what they sound like.
     std::vector<Speakers> hear(int frames) const;
@@ -30,8 +25,6 @@ public:
     std::function<bool()> isConnected = [] { return true; }; ///< asked by the thread of the device
     std::int64_t latency = 0;                                ///< nanoseconds from the mixer to the ear
     ALCdevice* device = nullptr;
-
-private:
     ALCcontext* context = nullptr;
 };
 

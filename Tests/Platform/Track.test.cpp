@@ -55,11 +55,9 @@ TEST(Track, HasTheLengthAndTheSoundOfItsSourceWhateverItsKind) {
         EXPECT_EQ(Track(path, false).getLength(), samples) << rate << options;
         EXPECT_EQ(track.getRate(), rate);
         EXPECT_EQ(std::pair(track.isOver(samples - 1), track.isOver(samples)), std::pair(false, true));
-        for (const Frame& frame : soundOf(track, samples, 9)) {
-            EXPECT_EQ(frame.left, 0) << "behind its end";
-        }
-        const std::vector<Frame> frames = soundOf(track, -5, samples);
+        const std::vector<Frame> frames = soundOf(track, -5, samples + 10);
         EXPECT_EQ(frames[0].left, 0) << "before its beginning";
+        EXPECT_EQ(frames[samples + 5].left, 0) << "behind its end";
         for (int i = 2000; i < samples - 2000; ++i) {
             ASSERT_NEAR(frames[i].left, height * 32767 * tone((i - 5.0) / rate)[0], 2000) << rate << ' ' << i;
             ASSERT_NEAR(frames[i].right, height < 1 ? frames[i].left : 0, 700) << rate << ' ' << i;
@@ -132,17 +130,17 @@ TEST(Track, IsRefusedForAReasonAndLeavesNothingOpen) {
     const std::string good = read(encode("good.mp3", sineLeft(1000), 44100));
     ::mkfifo((folder.path + "pipe").c_str(), 0600);
     const auto before = openFiles();
-    for (const auto& [path, expected] : std::vector<std::pair<std::string, FMOD_RESULT>>{
-             {folder.path + "nowhere.mp3", FMOD_ERR_FILE_MISSING},
-             {folder.path + "good.mp3/below.mp3", FMOD_ERR_FILE_MISSING},
-             {folder.path + std::string(300, 'x'), FMOD_ERR_FILE_UNREADABLE},
-             {folder.path, FMOD_ERR_FILE_FOLDER},
-             {write("empty.mp3", ""), FMOD_ERR_FILE_EMPTY},
-             {folder.path + "pipe", FMOD_ERR_FILE_UNREADABLE},
-             {write("text.mp3", std::string(100000, 'x')), FMOD_ERR_FILE_NOT_MP3},
-             {write("head.mp3", good.substr(0, 4)), FMOD_ERR_FILE_NOT_MP3},
-             {write("late.mp3", noise(300000, 1) + good), FMOD_ERR_FILE_NOT_MP3},
-             {folder.path + "good.mp3", FMOD_OK}}) {
+    using Case = std::pair<std::string, FMOD_RESULT>;
+    for (const auto& [path, expected] :
+         {Case(folder.path + "nowhere.mp3", FMOD_ERR_FILE_MISSING),
+          Case(folder.path + "good.mp3/below.mp3", FMOD_ERR_FILE_MISSING),
+          Case(folder.path + std::string(300, 'x'), FMOD_ERR_FILE_UNREADABLE),
+          Case(folder.path + "pipe", FMOD_ERR_FILE_UNREADABLE), Case(folder.path, FMOD_ERR_FILE_FOLDER),
+          Case(write("empty.mp3", ""), FMOD_ERR_FILE_EMPTY),
+          Case(write("text.mp3", std::string(100000, 'x')), FMOD_ERR_FILE_NOT_MP3),
+          Case(write("head.mp3", good.substr(0, 4)), FMOD_ERR_FILE_NOT_MP3),
+          Case(write("late.mp3", noise(300000, 1) + good), FMOD_ERR_FILE_NOT_MP3),
+          Case(folder.path + "good.mp3", FMOD_OK)}) {
         const Player player;
         FMOD_SOUND* sound = nullptr;
         EXPECT_EQ(FMOD_System_CreateStream(player.system, path.c_str(), MODE, nullptr, &sound), expected)

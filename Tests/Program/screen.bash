@@ -31,6 +31,7 @@ launch() {
     (($#)) || set -- "$program"
     out=$BATS_TEST_TMPDIR/out
     err=$BATS_TEST_TMPDIR/err
+    : >"$out" # nobody takes the lines of the show before for those of this one
     timeout -k 1 60 "$@" >"$out" 2>"$err" 3>&- &
     pid=$!
 }
