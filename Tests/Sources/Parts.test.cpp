@@ -69,14 +69,10 @@ TEST_F(Parts, vectorsCalculate) {
     expectStory("Vectors");
 }
 
-TEST_F(Parts, errorsOfOpenGlHaveTheirTexts) {
+TEST_F(Parts, ownWhatTheyMakeInOpenGlAndNameItsErrors) {
     for (const GLenum error : {0, 0x500, 0x501, 0x502, 0x503, 0x504, 0x505, 0x506}) {
         tell(GLErrorException(error, "Draw").what());
     }
-    expectStory("Errors of OpenGL");
-}
-
-TEST_F(Parts, ownWhatTheyMakeInOpenGl) {
     glewInit(); // names begin anew
     const auto act = [] {
         const Texture texture(2, 1, Colour4(1, 0.5f, 0, 1.25f));
@@ -286,7 +282,7 @@ TEST_F(Parts, controllersAreAskedAllAndOwned) {
             ask();
             stage.keys[key] = 0;
         }
-        for (const int number : {1, 4, 8}) {
+        for (const int number : {1, 4, 12}) {
             manager.registerController(new Told(number));
         }
         ask();
