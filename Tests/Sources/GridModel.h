@@ -95,7 +95,8 @@ struct GridModel {
         ASSERT_EQ(grid.getPoints().size(), cells.size());
         for (std::size_t i = 0; i < cells.size(); ++i) {
             const auto& [at, colour] = grid.getPoints()[i];
-            const Vector3f wanted(static_cast<float>(i / Y) * step, cells[i].height,
+            const std::size_t row = i / Y; // along x
+            const Vector3f wanted(static_cast<float>(row) * step, cells[i].height,
                                   static_cast<float>(i % Y) * step);
             const Vector3f miss = at - wanted;
             ASSERT_LT(miss.dot(miss), 1e-8) << i;

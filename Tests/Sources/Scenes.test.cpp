@@ -95,7 +95,7 @@ TEST_F(Scenes, followTheirScripts) {
     const std::vector<int> places = stage.drawn; // of the solids of the last scene, x and z
     ASSERT_EQ(places.size(), 900U);
     std::array<float, 150> heights{};
-    auto launched = heights.begin();
+    auto* launched = heights.begin();
     for (const Script& script : SCRIPTS) {
         const auto index = &script - SCRIPTS;
         Scene& scene = *script.pScene;

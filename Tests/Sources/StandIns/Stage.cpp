@@ -66,7 +66,7 @@ static std::string stepsOf(const std::string& part) {
 void OnStage::expectStory(const std::string& part) {
     std::string story;
     for (const std::string& call : std::exchange(stage.calls, {})) {
-        story += call + "\n";
+        story.append(call).append("\n");
     }
     std::istringstream constants(stepsOf("Constants of OpenGL"));
     for (std::string value, name; constants >> value >> name;) {
@@ -104,10 +104,14 @@ OnStage::~OnStage() {
 
 void* operator new(std::size_t size) {
     ++allocations;
+    ++living;
     return std::malloc(size); // there is enough
 }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t /*size*/) noexcept { std::free(p); }
+void operator delete(void* p) noexcept {
+    living -= p != nullptr ? 1 : 0;
+    std::free(p);
+}
+void operator delete(void* p, std::size_t /*size*/) noexcept { operator delete(p); }
 
 // The C library's numbers, by its generator of the same sequence.
 extern "C" int rand() noexcept {

@@ -81,6 +81,7 @@ void tell(const Arguments&... arguments) {
 }
 
 inline std::size_t allocations = 0; ///< by operator new since the program began
+inline std::ptrdiff_t living = 0;   ///< of them, those that have not been deleted
 
 /// A test on a fresh stage, which catches what is printed.
 class OnStage : public testing::Test {
