@@ -34,9 +34,9 @@ FMOD_RESULT FMOD_System_CreateStream(FMOD_SYSTEM* system, const char* name, FMOD
                                      FMOD_CREATESOUNDEXINFO* info, FMOD_SOUND** sound) {
     return open(answer(__func__, system, name, mode, info == nullptr), sound);
 }
-FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX id, FMOD_SOUND* sound,
+FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX channelid, FMOD_SOUND* sound,
                                   FMOD_BOOL paused, FMOD_CHANNEL** channel) {
-    return open(answer(__func__, system != nullptr ? sound : nullptr, id, paused), channel);
+    return open(answer(__func__, system != nullptr ? sound : nullptr, channelid, paused), channel);
 }
 FMOD_RESULT FMOD_System_Update(FMOD_SYSTEM* system) { return answer(__func__, system); }
 FMOD_RESULT FMOD_System_Close(FMOD_SYSTEM* system) { return answer(__func__, system); }
@@ -57,15 +57,15 @@ FMOD_RESULT FMOD_Channel_SetPaused(FMOD_CHANNEL* channel, FMOD_BOOL paused) {
 }
 FMOD_RESULT FMOD_Channel_SetLoopCount(FMOD_CHANNEL* c, int count) { return answer(__func__, c, count); }
 FMOD_RESULT FMOD_Channel_Stop(FMOD_CHANNEL* channel) { return answer(__func__, channel); }
-FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* spectrum, int values, int ear,
+FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* spectrum, int numvalues, int channeloffset,
                                      FMOD_DSP_FFT_WINDOW window) {
     stage.spectrum(spectrum);
-    return answer(__func__, channel, values, ear, window);
+    return answer(__func__, channel, numvalues, channeloffset, window);
 }
 FMOD_RESULT FMOD_Channel_GetPosition(FMOD_CHANNEL* channel, unsigned int* position, FMOD_TIMEUNIT unit) {
-    return give(answer(__func__, channel, unit), position, 7U);
+    return give(answer(__func__, channel, unit), position, stage.position);
 }
 FMOD_RESULT FMOD_Channel_SetPosition(FMOD_CHANNEL* channel, unsigned int position, FMOD_TIMEUNIT unit) {
-    return answer(__func__, channel, position, unit);
+    return give(answer(__func__, channel, unit), &stage.position, position);
 }
 }

@@ -70,7 +70,8 @@ void OnStage::expectStory(const std::string& part) {
     }
     std::istringstream constants(stepsOf("Constants of OpenGL"));
     for (std::string value, name; constants >> value >> name;) {
-        story = std::regex_replace(story, std::regex(" " + value + "\\b"), " " + name);
+        const std::regex number(" " + value + "\\b");
+        story = std::regex_replace(story, number, name.insert(0, " "));
     }
     story += out() + err();
     EXPECT_EQ(std::regex_replace(story, std::regex("\n+"), "\n"), stepsOf(part));

@@ -52,6 +52,7 @@ struct Stage {
     std::size_t failingSoundCall = 0; ///< the one of this number, counted from 1
     std::set<GLuint> broken;          ///< the shaders and programs that cannot be built
     FMOD_BOOL paused = 0;
+    unsigned int position = 0; ///< ms in the track
 
     /// Whether the call succeeds.
     template <typename... Arguments>
