@@ -115,6 +115,7 @@ TEST_F(Scenes, followTheirScripts) {
             stage.drawn.clear();
             const bool plays =
                 scene.update(camera, &grid, &music, moment - 7001); // across the wrap of the clock
+            ASSERT_EQ(plays, moment != MOMENTS[index].back());
             if (plays) {
                 scene.setSceneRender();
             }
