@@ -9,14 +9,12 @@
 #include <gmock/gmock.h>
 
 #include <array>
-#include <bitset>
-#include <cmath>
-#include <cstdint>
 #include <functional>
 #include <set>
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 /// A call as it stands in the list of calls: the name and the arguments that matter.
@@ -28,34 +26,17 @@ std::string call(const First& first, const Others&... others) {
     return text.str();
 }
 
-/// A place in the world: where the show's own transforms, views left out, put what is drawn.
-struct Place {
-    /// Directions of x, y and z, and the origin.
-    std::array<std::array<double, 3>, 4> axes{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 0}}};
+using Points = std::vector<Point>;
 
-    std::array<double, 3> of(double x, double y, double z) const;
-    void rotate(double degrees, std::size_t axis);
-    void scale(double x, double y, double z);
-};
-
-/// What a draw call drew, and how.
-struct Drawing {
-    float size;                ///< width of the lines or size of the points in pixels
-    bool glows;                ///< in front of everything, added to what is there
-    std::vector<Point> points; ///< in the world
-};
+/// Points as text, rounded to a thousandth, a colour in front of those that have it.
+std::string told(const Points& points);
 
 /// Everything around the show: what it did to the libraries, and what they are to answer.
 struct Stage {
     std::vector<std::string> calls;
-    std::vector<Drawing> drawings;
-    std::array<double, 9> view{};                      ///< eye, point looked at, upwards
-    std::uint64_t hash = 0;                            ///< of all calls, drawn points included
-    bool listening = true;                             ///< lists calls and drawings
-    bool hashing = false;                              ///< hashes them
-    std::bitset<0x10000> enabled;                      ///< of OpenGL's switches and arrays
-    std::vector<Place> places = std::vector<Place>(1); ///< the stack of matrices
-    float size = 1;                                    ///< of lines and points
+    std::vector<Points> drawings; ///< what each draw call gets
+    std::array<double, 9> view{}; ///< eye, point looked at, upwards
+    bool listening = true;        ///< lists calls and drawings
     std::size_t errorChecks = 0;
     std::size_t soundCalls = 0;
     std::vector<int> drawn; ///< random numbers
@@ -76,15 +57,11 @@ struct Stage {
     /// Whether the call succeeds.
     template <typename... Arguments>
     bool note(const std::string_view name, const Arguments&... arguments) {
-        if constexpr ((std::is_arithmetic_v<Arguments> && ...)) {
-            follow(name, {static_cast<double>(arguments)...});
+        if constexpr (sizeof...(arguments) == 9 && (std::is_arithmetic_v<Arguments> && ...)) {
+            view = {static_cast<double>(arguments)...}; // gluLookAt
         }
         if (listening) {
             calls.push_back(call(name, arguments...));
-        }
-        if (hashing) {
-            mix(name);
-            (mix(arguments), ...);
         }
         return failing != name;
     }
@@ -94,14 +71,6 @@ struct Stage {
     /// A draw call: the numbers of the records that it draws, null for the first ones.
     void show(GLsizei count, const GLuint* indices, const char* positions, const char* colours,
               std::size_t stride);
-
-private:
-    void follow(std::string_view name, std::initializer_list<double> arguments);
-    template <typename T>
-    void mix(const T& value) {
-        using Hashed = std::conditional_t<std::is_convertible_v<T, std::string_view>, std::string_view, T>;
-        hash = (hash ^ std::hash<Hashed>()(value)) * 0x9E3779B97F4A7C15 + (hash >> 32);
-    }
 };
 
 inline Stage stage;
@@ -115,20 +84,19 @@ void tell(const Arguments&... arguments) {
 inline std::size_t allocations = 0; ///< by operator new since the program began
 inline std::ptrdiff_t living = 0;   ///< of them, those that have not been deleted
 
-/// A test on a fresh stage, which catches what is printed, and is left tidy.
+/// A test on a fresh stage, which catches what is printed.
 class OnStage : public testing::Test {
 protected:
     OnStage();
     ~OnStage() override;
-    // What has been printed, called and drawn since the last time.
+    // What has been printed since the last time.
     static std::string out() { return take(printed); }
     static std::string err() { return take(reported); }
-    static std::vector<Drawing> drawings() { return std::exchange(stage.drawings, {}); }
-    /// The calls, those of the names in a list with spaces around each, in a line.
-    static std::string calls(const std::string& names);
+    /// Drops all calls but those that begin with the pattern, and of equal ones in a row all but the first.
+    static void keep(const std::string& pattern);
     /// Holds what was called, told and printed against that part of stories.txt.
     static void expectStory(const std::string& part);
-    /// Tells where the action checks for errors of OpenGL.
+    /// Does it again and again, each time with an error of OpenGL at the next check; tells what is thrown.
     static void tellChecks(const std::function<void()>& action);
 
 private:
