@@ -13,13 +13,13 @@ SDL_Surface* SDL_SetVideoMode(int width, int height, int bpp, Uint32 flags) {
     return stage.note(__func__, width, height, bpp, flags) ? &surface : nullptr;
 }
 void SDL_WM_SetCaption(const char* title, const char* /*icon*/) { stage.note(__func__, title); }
-int SDL_FillRect(SDL_Surface* pSurface, SDL_Rect* pRect, Uint32 colour) {
-    stage.note(__func__, pSurface->w, pRect == nullptr, colour);
+int SDL_FillRect(SDL_Surface* dst, SDL_Rect* dstrect, Uint32 color) {
+    stage.note(__func__, dst->w, dstrect == nullptr, color);
     return 0;
 }
 Uint32 SDL_MapRGB(const SDL_PixelFormat* /*format*/, Uint8 r, Uint8 g, Uint8 b) { return r + g + b; }
-void SDL_UpdateRect(SDL_Surface* pSurface, Sint32 x, Sint32 y, Uint32 w, Uint32 h) {
-    stage.note(__func__, pSurface->w, x, y, w, h);
+void SDL_UpdateRect(SDL_Surface* screen, Sint32 x, Sint32 y, Uint32 w, Uint32 h) {
+    stage.note(__func__, screen->w, x, y, w, h);
 }
 void SDL_GL_SwapBuffers() {
     stage.note(__func__);

@@ -15,7 +15,9 @@ FMOD_RESULT answer(const char* name, const void* handle, const Arguments&... arg
 /// Gives out a value, if there is one.
 template <typename T>
 FMOD_RESULT give(FMOD_RESULT result, T* where, T value) {
-    *where = result == FMOD_OK ? value : *where;
+    if (result == FMOD_OK) {
+        *where = value;
+    }
     return result;
 }
 template <typename Handle>
@@ -45,9 +47,9 @@ FMOD_RESULT FMOD_Sound_Release(FMOD_SOUND* sound) { return answer(__func__, soun
 FMOD_RESULT FMOD_Sound_GetLength(FMOD_SOUND* sound, unsigned int* length, FMOD_TIMEUNIT unit) {
     return give(answer(__func__, sound, unit), length, 103000U);
 }
-FMOD_RESULT FMOD_Sound_GetName(FMOD_SOUND* sound, char* name, int size) {
-    std::strcpy(name, "Quelar"); // also when it fails
-    return answer(__func__, sound, size);
+FMOD_RESULT FMOD_Sound_GetName(FMOD_SOUND* sound, char* name, int namelength) {
+    std::memcpy(name, "Quelar", sizeof("Quelar")); // also when it fails
+    return answer(__func__, sound, namelength);
 }
 FMOD_RESULT FMOD_Channel_GetPaused(FMOD_CHANNEL* channel, FMOD_BOOL* paused) {
     return give(answer(__func__, channel), paused, stage.paused);
