@@ -70,7 +70,8 @@ TEST(Spectrum, IsTheTransformOfTheLeftUnderATriangleAroundWhatIsHeardNow) {
 }
 
 TEST(Channel, GoesByTheClockAndIsKeptInStepWithTheDevice) {
-    Channel channel(noiseOf(3 * 44100), Clock(), false, true);
+    const auto track = noiseOf(3 * 44100); // which supplies the clock
+    Channel channel(track, Clock(), false, true);
     const auto report = [&](std::int64_t place, std::uint64_t jumps = 0) {
         return [&, place, jumps] { channel.follow(place, jumps); };
     };
