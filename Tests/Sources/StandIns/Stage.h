@@ -42,7 +42,7 @@ struct Stage {
     std::vector<int> drawn; ///< random numbers
 
     Uint32 now = 1000; ///< ms
-    Uint32 drift = 0;  ///< ms that it takes to read the clock
+    Uint32 drift = 0;  ///< ms that pass once the clock has been read the next time
     std::array<Uint8, SDLK_LAST> keys{};
     std::function<void()> atSwap = [] {};
     std::function<void()> atPump = [] {};
@@ -65,7 +65,7 @@ struct Stage {
         }
         return failing != name;
     }
-    Uint32 readClock() { return std::exchange(now, now + drift); }
+    Uint32 readClock() { return std::exchange(now, now + std::exchange(drift, 0)); }
     GLenum nextError() { return ++errorChecks <= errors.size() ? errors[errorChecks - 1] : GL_NO_ERROR; }
     bool isBroken(GLuint object) const { return broken.count(object) != 0; }
     /// A draw call: the numbers of the records that it draws, null for the first ones.
