@@ -79,8 +79,6 @@ constexpr FMOD_MODE MODE =
 /// A system of ten channels, as the show has it.
 struct Player {
     explicit Player(FMOD_CLOCK clock = supplied, int channels = 10) {
-        // What this machine has for sound is none of our business, unless somebody asks for it.
-        ::setenv("ALSOFT_DRIVERS", "null", 0);
         FMOD_Clock_Set(clock);
         FMOD_System_Create(&system);
         FMOD_System_Init(system, channels, FMOD_INIT_NORMAL, nullptr);

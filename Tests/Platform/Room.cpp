@@ -9,11 +9,16 @@
 #include <chrono>
 #include <climits>
 #include <cmath>
+#include <cstdlib>
 #include <dlfcn.h>
 #include <thread>
 
 Room* Room::present = nullptr;
 std::atomic<int> decodable{INT_MAX};
+
+/// What this machine has for sound is none of our business, unless somebody asks for it. OpenAL reads it
+/// once, when it is first called, and starts threads of the sound servers that it finds.
+[[maybe_unused]] static const int NO_SOUND_SERVERS = ::setenv("ALSOFT_DRIVERS", "null", 0);
 
 /// The function that one of the same name and kind stands before.
 template <typename Function>
