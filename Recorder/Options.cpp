@@ -26,7 +26,7 @@ constexpr const char* WAYS =
   --from SECONDS         record from this moment of the show on (0 by default)
   --to SECONDS           record up to this moment (the end of the show, 103.2, by default)
   --smooth               draw twice as large each way and average: lines without stairs, in all that is made
-  --fast                 encode the video with less effort: done sooner, about four times as large
+  --fast                 encode the video with less effort: done sooner, two and a half times as large
   --silent               leave the sound out of the video
   --still SECONDS FILE   write the frame shown at this moment as a PNG file; may be repeated
   --contact-sheet FILE   write one sheet of three frames from each scene, JPEG or PNG by the file's name,
