@@ -226,7 +226,7 @@ const LINKED = {
     },
 };
 visit("a link stands still at its frame, which comes back", LINKED, async (show) => {
-    const { page, shows, until, time, follows, picture, read } = show;
+    const { page, shows, time, follows, picture, read } = show;
     await shows("paused");
     await stands(show, 66.2);
     assert.equal(await read(() => window.quelar.state), "paused");
@@ -275,13 +275,23 @@ visit("a link stands still at its frame, which comes back", LINKED, async (show)
 
     // a context that is lost meanwhile, of which the browser itself complains, comes back with all that was in it
     await read(() => {
-        window.gl = document.getElementById("canvas").getContext("webgl2");
-        window.loss = window.gl.getExtension("WEBGL_lose_context");
-        window.loss.loseContext();
+        window.canvas = document.getElementById("canvas");
+        window.loss = window.canvas.getContext("webgl2").getExtension("WEBGL_lose_context");
     });
-    await until(() => window.gl.isContextLost());
-    await read(() => window.loss.restoreContext());
-    await until(() => !window.gl.isContextLost());
+    for (const [does, event] of [
+        ["loseContext", "webglcontextlost"],
+        ["restoreContext", "webglcontextrestored"],
+    ]) {
+        await read(
+            (act, outcome) =>
+                new Promise((done) => {
+                    window.canvas.addEventListener(outcome, () => done(), { once: true });
+                    window.loss[act]();
+                }),
+            does,
+            event,
+        );
+    }
     const played = await read(async () => {
         const { quelar } = window;
         const drawn = new Promise((done) =>
