@@ -1,7 +1,6 @@
 // What the page costs in a browser that draws by software, next to the native show.
 //
-//     ./web --build && build/bin/frame_bench --once    so that both are there
-//     node Benchmarks/page.mjs
+//     node Benchmarks/page.mjs     after ./web --test, which installs and builds all that it takes
 //
 // Prints the lines of docs/figures.md: transfer, start, frames a second at 640 x 480, our own work in a frame with a
 // drawing that does nothing, and seeks. The machine must have nothing else to do meanwhile.
