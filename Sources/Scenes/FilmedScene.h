@@ -61,6 +61,6 @@ protected:
         return first;
     }
 
-    /// ms on the engine clock: the scene's first update, or from where its current move fades; 0 before.
+    /// ms on the engine clock: the scene's first update, or from where its current flight fades; 0 before.
     std::uint32_t startTime = 0;
 };

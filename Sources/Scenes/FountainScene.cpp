@@ -7,7 +7,15 @@ const std::array<Colour4, FountainScene::CLUSTER> FountainScene::PALETTE = {
 
 const FountainScene::Offsets FountainScene::OFFSETS = {0.2f, 0.4f, 0.6f, 0.7f, 0.9f, 1.1f};
 
-void FountainScene::fadeOverMove(unsigned int base, unsigned int time) {
-    const unsigned int duration = camera().getMsTime();
-    fadeInAndOut((time - base) % duration, duration);
+bool FountainScene::playFlight(std::uint32_t& startTime, unsigned int time) {
+    const std::uint32_t flight = currentCam;
+    const bool playing = playMove(time);
+    if (currentCam != flight) {
+        startTime += cams[flight]->getMsTime();
+    }
+    if (playing) {
+        const unsigned int duration = camera().getMsTime();
+        fadeInAndOut((time - startTime) % duration, duration);
+    }
+    return playing;
 }

@@ -57,8 +57,10 @@ protected:
         }
     }
 
-    /// Fades in and out over the current move; base: ms on the engine clock at which that started.
-    void fadeOverMove(unsigned int base, unsigned int time);
+    /// Plays the current flight, as playMove does, and fades in and out over it. startTime: ms on the engine
+    /// clock from where it fades; each flight that ends, the last one too, moves it on by the time that the
+    /// flight should have lasted, so that the fades run ahead of the cameras by a frame or two.
+    bool playFlight(std::uint32_t& startTime, unsigned int time);
 
 private:
     static const unsigned int CAPACITY = 500; ///< of a fountain, more than ever live

@@ -78,10 +78,9 @@ bool ScenePartWorld::update(const Camera& /*camera*/, Grid* pGrid, Music* pMusic
     updateAll(parts);
     starts(time);
     fadeValue = 1;
-    if (!playMove(time)) {
+    if (!playFlight(startTime, time)) {
         return false;
     }
-    fadeOverMove(startTime, time);
     listen(spectrum, pMusic); // the spikes stay as they are, the waves run over them
     bool launched = false;
     for (unsigned int band = 0; band < BANDS; ++band) {

@@ -19,10 +19,9 @@ bool SceneSpectrumImpulsePart::update(const Camera& /*camera*/, Grid* pGrid, Mus
     updateAll(parts);
     starts(time);
     fadeValue = 1;
-    if (!playMove(time)) {
+    if (!playFlight(startTime, time)) {
         return false;
     }
-    fadeOverMove(startTime, time);
     listen(spectrum, pMusic, pGrid);
     for (unsigned int band = 0; band < BANDS; ++band) {
         if (spectrum[band] > LOUD) {

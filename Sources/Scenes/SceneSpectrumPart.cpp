@@ -19,15 +19,9 @@ bool SceneSpectrumPart::update(const Camera& /*camera*/, Grid* pGrid, Music* pMu
     if (starts(time)) {
         return true;
     }
-    const LinearCamera& flight = camera();
-    if (!playMove(time)) {
+    if (!playFlight(startTime, time)) {
         return false;
     }
-    if (&camera() != &flight) {
-        // By what the flight should have lasted: its fades run ahead of the cameras by a frame or two.
-        startTime += flight.getMsTime();
-    }
-    fadeOverMove(startTime, time);
     listen(spectrum, pMusic, pGrid);
     pulse(spectrum, 0.04f);
     return true;
