@@ -14,11 +14,11 @@ inline void writeSceneTable(const char* path) {
     }
     const auto seconds = [](unsigned int frame) { return frame * timeline::FRAME_MS / 1000.0; };
     for (std::size_t scene = 0; scene < timeline::SCENES.size(); ++scene) {
-        const auto& [name, shots] = timeline::SCENES[scene];
-        for (std::size_t shot = 0; shot < shots.size() && shots[shot] != 0; ++shot) {
+        for (std::size_t shot = 0; timeline::shotFrames(scene, shot) != 0; ++shot) {
             const unsigned int start = timeline::shotStart(scene, shot);
-            std::fprintf(pFile, "%.3f %.3f %zu %d %s\n", seconds(start), seconds(start + shots[shot]),
-                         scene + 1, shot == 0 ? 1 : 0, name);
+            std::fprintf(pFile, "%.3f %.3f %zu %d %s\n", seconds(start),
+                         seconds(start + timeline::shotFrames(scene, shot)), scene + 1, shot == 0 ? 1 : 0,
+                         timeline::SCENES[scene].name);
         }
     }
     std::fclose(pFile);

@@ -9,29 +9,41 @@ namespace timeline {
 
 constexpr unsigned int FRAME_MS = 15;
 
-/// A scene: its class, and how many frames each of its shots is on screen; 0 behind the last.
-struct SceneLength {
+/// A scene: its class, what it is called in front of an audience, and its moves as its constructor lists
+/// them.
+struct Scene {
     const char* name;
-    std::array<unsigned int, 4> shots;
+    const char* title;
+    std::array<unsigned int, 4> moves; ///< ms; 0 behind the last
+    bool startsFirst;                  ///< its first update does nothing but start its clock
 };
 
-/// The show at its full pace, in playing order. A shot lasts its time on the clock and a frame or two at the
-/// cut.
-constexpr std::array<SceneLength, 6> SCENES = {{
-    {"SceneSad", {190, 190, 190, 190}},
-    {"SceneSadSpectrum", {369, 368, 368, 370}},
-    {"SceneSadSpectrumGreet", {1305}},
-    {"SceneSpectrumPart", {336, 335}},
-    {"SceneSpectrumImpulsePart", {1002}},
-    {"ScenePartWorld", {1668}},
-}};
+/// The show in playing order.
+constexpr std::array SCENES = {
+    Scene{"SceneSad", "Opening", {2820, 2820, 2820, 2820}, false},
+    Scene{"SceneSadSpectrum", "Flight", {5500, 5500, 5500, 5532}, true},
+    Scene{"SceneSadSpectrumGreet", "Greetings", {19530}, true},
+    Scene{"SceneSpectrumPart", "Fountains", {5000, 5000}, true},
+    Scene{"SceneSpectrumImpulsePart", "Waves", {15000}, false},
+    Scene{"ScenePartWorld", "Descent", {25000}, false},
+};
+
+/// Frames for which a shot is on screen at full pace: one before its move starts, and one after each update
+/// from its start to its end. 0 behind the last.
+constexpr unsigned int shotFrames(std::size_t scene, std::size_t shot) {
+    const Scene& its = SCENES[scene];
+    if (shot >= its.moves.size() || its.moves[shot] == 0) {
+        return 0;
+    }
+    return its.moves[shot] / FRAME_MS + 2 + (its.startsFirst && shot == 0 ? 1 : 0);
+}
 
 /// Frame at which a shot of a scene starts; that of the scene behind the last is the end of the show.
 constexpr unsigned int shotStart(std::size_t scene, std::size_t shot = 0) {
     unsigned int frames = 0;
     for (std::size_t s = 0; s <= scene && s < SCENES.size(); ++s) {
-        for (std::size_t i = 0; i < SCENES[s].shots.size() && (s < scene || i < shot); ++i) {
-            frames += SCENES[s].shots[i];
+        for (std::size_t i = 0; shotFrames(s, i) != 0 && (s < scene || i < shot); ++i) {
+            frames += shotFrames(s, i);
         }
     }
     return frames;

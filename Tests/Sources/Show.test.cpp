@@ -82,7 +82,7 @@ TEST_F(Show, keepsItsTimelineAndAllocatesNothingInAFrame) {
     }
     std::vector<unsigned int> planned;
     for (std::size_t scene = 0; scene < timeline::SCENES.size(); ++scene) {
-        for (std::size_t shot = 0; shot < 4 && timeline::SCENES[scene].shots[shot] != 0; ++shot) {
+        for (std::size_t shot = 0; timeline::shotFrames(scene, shot) != 0; ++shot) {
             planned.push_back(timeline::shotStart(scene, shot));
             EXPECT_EQ(timeline::sceneOf(planned.back()), scene);
         }
