@@ -8,6 +8,7 @@
 #include "Timeline.h"
 #include "VideoFile.h"
 #include "VideoFormat.h"
+#include "Widths.h"
 #include "report.h"
 
 #include <fmod_clock.h>
@@ -96,9 +97,7 @@ host::Extent Recorder::openWindow(int /*width*/, int /*height*/) {
 }
 
 float Recorder::getPixelScale() const {
-    constexpr float USUAL_HEIGHT = 480.0f;
-    return static_cast<float>(oversampling) *
-           std::max(1.0f, static_cast<float>(frameSize.height) / USUAL_HEIGHT);
+    return static_cast<float>(oversampling) * host::scaleOf(frameSize.height);
 }
 
 void Recorder::closeWindow() { canvas.reset(); }

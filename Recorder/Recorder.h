@@ -33,12 +33,9 @@ public:
     /// failure are told on standard error.
     int run();
 
-    /// Pixels of the show's window for each that the show thinks of: in a picture higher than 480 pixels its
-    /// lines and points grow, so that it looks the same.
-    float getPixelScale() const;
-
     host::Extent openWindow(int width, int height) override;
     void closeWindow() override;
+    float getPixelScale() const override;
     void showFrame() override;
     bool wantsEscape() override;
     /// May be asked from any thread.

@@ -27,6 +27,12 @@ public:
     virtual Extent openWindow(int width, int height) = 0;
     virtual void closeWindow() = 0;
 
+    /// Pixels of what it opened for each that the show thinks of (Widths.h).
+    virtual float getPixelScale() const { return 1; }
+
+    /// What the show's chance starts from, in place of the seed that its settings ask for.
+    virtual unsigned int seedFor(unsigned int asked) { return asked; }
+
     /// The frame is complete. Once this returns the next one is drawn: a host that will not show it may let
     /// all drawing until the next call come to nothing, since every frame begins with a clear.
     virtual void showFrame() = 0;

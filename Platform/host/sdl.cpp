@@ -2,6 +2,7 @@
 // To be linked in place of the window library.
 
 #include "Host.h"
+#include "Widths.h"
 
 #include <SDL.h>
 
@@ -9,6 +10,8 @@
 #include <exception>
 
 using host::Host;
+
+float host::pixelScale() { return Host::current().getPixelScale(); }
 
 extern "C" {
 
