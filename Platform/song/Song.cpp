@@ -1,0 +1,148 @@
+#include "Song.h"
+
+#include "Loudness.h"
+
+#include <array>
+#include <cerrno>
+#include <cmath>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <endian.h>
+#include <fcntl.h>
+#include <memory>
+#include <spawn.h>
+#include <stdexcept>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace song {
+
+namespace {
+
+/// What FFmpeg writes of a file's sound: a head that tells how many sides there are, then the samples.
+class Decoder {
+public:
+    explicit Decoder(const std::string& file) {
+        std::array<int, 2> ends{};
+        if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+            throw std::runtime_error(std::strerror(errno));
+        }
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+        // Files only: what a playlist fetches from elsewhere is no song. Beyond two sides are mixed to two.
+        const std::string source = "file:" + file;
+        const std::array<const char*, 14> command{"ffmpeg",
+                                                  "-v",
+                                                  "quiet",
+                                                  "-protocol_whitelist",
+                                                  "file",
+                                                  "-i",
+                                                  source.c_str(),
+                                                  "-af",
+                                                  "aformat=sample_rates=44100:channel_layouts=mono|stereo",
+                                                  "-c:a",
+                                                  "pcm_f32be",
+                                                  "-f",
+                                                  "au",
+                                                  "-"};
+        std::array<char*, command.size() + 1> arguments{};
+        for (std::size_t i = 0; i < command.size(); ++i) {
+            arguments[i] = const_cast<char*>(command[i]); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+        }
+        const int fault = ::posix_spawnp(&process, "ffmpeg", &actions, nullptr, arguments.data(), environ);
+        posix_spawn_file_actions_destroy(&actions);
+        ::close(ends[1]);
+        output.reset(::fdopen(ends[0], "rb"));
+        if (fault != 0) {
+            throw std::runtime_error("FFmpeg cannot be started: " + std::string(std::strerror(fault)));
+        }
+    }
+    Decoder(const Decoder&) = delete;
+    Decoder& operator=(const Decoder&) = delete;
+    ~Decoder() {
+        output.reset();
+        ::waitpid(process, nullptr, 0);
+    }
+
+    /// Reads words of four bytes, as many as there are, up to count. Answers how many.
+    std::size_t read(std::uint32_t* words, std::size_t count) {
+        const std::size_t found = std::fread(words, sizeof *words, count, output.get());
+        for (std::size_t i = 0; i < found; ++i) {
+            words[i] = be32toh(words[i]);
+        }
+        return found;
+    }
+
+private:
+    struct Close {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+
+    std::unique_ptr<std::FILE, Close> output;
+    pid_t process = 0;
+};
+
+/// Why nothing can be read of a file, whatever is in it; or nothing.
+std::string faultOf(const std::string& file) {
+    struct stat status = {};
+    if (::stat(file.c_str(), &status) != 0) {
+        const bool missing = errno == ENOENT || errno == ENOTDIR;
+        return missing ? "The music file does not exist." : "The music file cannot be read.";
+    }
+    if (S_ISDIR(status.st_mode)) {
+        return "The music file is a folder.";
+    }
+    if (S_ISREG(status.st_mode) && status.st_size == 0) {
+        return "The music file is empty.";
+    }
+    return ::access(file.c_str(), R_OK) == 0 ? "" : "The music file cannot be read.";
+}
+
+/// As a browser's page rounds it. No number at all, which damage may look like, is full scale.
+std::int16_t sampleOf(std::uint32_t word) {
+    float value = 0;
+    std::memcpy(&value, &word, sizeof value);
+    return static_cast<std::int16_t>(std::fmax(-32768, std::fmin(32767, std::floor(value * 32768.0 + 0.5))));
+}
+
+std::vector<std::int16_t> decode(const std::string& file) {
+    constexpr std::size_t HEAD = 6; // words: a mark, where the samples begin, three more, and the sides
+    Decoder decoder(file);
+    std::array<std::uint32_t, 16384> words{};
+    std::vector<std::int16_t> samples;
+    if (decoder.read(words.data(), HEAD) == HEAD) {
+        const bool single = words[5] == 1;
+        decoder.read(words.data(), words[1] / sizeof words[0] - HEAD);
+        while (const std::size_t found = decoder.read(words.data(), words.size())) {
+            for (std::size_t i = 0; i < found; ++i) {
+                samples.insert(samples.end(), single ? 2 : 1, sampleOf(words[i]));
+            }
+        }
+    }
+    return samples;
+}
+
+} // namespace
+
+Song::Song(const std::string& file) {
+    std::string fault = faultOf(file);
+    if (fault.empty()) {
+        samples = decode(file);
+        if (samples.empty()) {
+            fault = "The music file has no sound that FFmpeg can read.";
+        }
+    }
+    if (!fault.empty()) {
+        throw std::runtime_error(file + ": " + fault);
+    }
+    Loudness loudness(RATE);
+    loudness.add(samples.data(), samples.size() / 2);
+    gain = loudness.getGain();
+}
+
+} // namespace song
