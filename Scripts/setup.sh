@@ -64,20 +64,59 @@ need_packages() {
     rm -f "$log"
 }
 
-# Configures (once) and builds the given targets, all of them if none is named; silent unless it fails.
-build() {
-    local log=$build_folder/build.log
-    # What cmake left in a checkout that was moved or copied since is of no use to it; a recorded video stays.
-    if [[ -f $build_folder/CMakeCache.txt ]] &&
-        ! [[ $(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$build_folder/CMakeCache.txt") -ef $root ]]; then
-        find "$build_folder" -mindepth 1 -maxdepth 1 ! -name '*.mp4' -exec rm -rf {} +
+# The lines on top of a script, which say what it is for.
+usage() { sed -n '2,/^source/{/^source/d;s/^# \{0,1\}//;p}' "$0"; }
+
+# help_for PROGRAM [ARGUMENT]...: where help is asked for, gives the program's own and ends, or the script's, where the
+# program is still to be built and packages are missing: for help nothing is installed.
+help_for() {
+    local program=$build_folder/bin/$1 argument
+    for argument in "${@:2}"; do
+        case $argument in
+            --) return 0 ;;
+            -h | --help)
+                [[ -n $(missing_packages run) ]] || build "$1"
+                [[ ! -x $program ]] || exec "$program" --help
+                usage
+                printf '\nThe options are told once the show is built, which takes these packages:\n%s\n' \
+                    "$(missing_packages run | paste -sd ' ')"
+                exit 0
+                ;;
+        esac
+    done
+}
+
+# is_configured SOURCE FOLDER: whether CMake has made the folder ready to build the source, and neither was moved or
+# copied since.
+is_configured() {
+    [[ -f $2/Makefile && $(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$2/CMakeCache.txt") -ef $1 ]]
+}
+
+# Makes the build folder, where there is none.
+make_build_folder() {
+    if ! mkdir -p "$XDG_CACHE_HOME" 2>/dev/null || [[ ! -w $build_folder ]]; then
+        say "$(id -un) cannot write to $build_folder: copy the checkout to a place of your own, and start it there"
+        return 1
     fi
-    mkdir -p "$XDG_CACHE_HOME"
+}
+
+# Lets CMake look around, whatever it found before. All that was built or recorded stays.
+configure() {
+    local log=$build_folder/build.log
+    make_build_folder || return 1
     if [[ ! -f $build_folder/Makefile ]]; then
         say "Building Quelar, once"
-        rm -f "$build_folder/CMakeCache.txt"
-        cmake -S "$root" -B "$build_folder" -G "Unix Makefiles" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+    elif ! is_configured "$root" "$build_folder"; then
+        say "Building Quelar anew: the checkout was moved or copied since"
     fi
+    cmake --fresh -S "$root" -B "$build_folder" -G "Unix Makefiles" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+}
+
+# Builds the given targets, all of them if none is named; silent unless it fails.
+build() {
+    local log=$build_folder/build.log
+    make_build_folder || return 1
+    is_configured "$root" "$build_folder" || configure || return 1
     cmake --build "$build_folder" -j "$(nproc)" ${1:+--target "$@"} >"$log" 2>&1 || { cat "$log" >&2; return 1; }
 }
 

@@ -5,14 +5,14 @@ bats_require_minimum_version 1.5.0
 setup() {
     top="$BATS_TEST_TMPDIR/a place with spaces"
     mkdir -p "$top" "$BATS_TEST_TMPDIR/bin" "$BATS_TEST_TMPDIR/elsewhere"
-    cp -R "$BATS_TEST_DIRNAME/../../"{play,record,test,Scripts} "$top"
+    cp -R "$BATS_TEST_DIRNAME/../../"{play,record,test,web,Scripts} "$top"
     cd "$BATS_TEST_TMPDIR/elsewhere"
     PATH=$BATS_TEST_TMPDIR/bin:$PATH
     # every package is there
     command_is dpkg-query 'echo installed'
     # configuring leaves what is made of it, building leaves a program that tells how it was started
-    command_is cmake 'folder=$4 && [[ $1 == -S ]] && mkdir -p "$folder" && : >"$folder/Makefile" &&
-            echo "CMAKE_HOME_DIRECTORY:INTERNAL=$2" >"$folder/CMakeCache.txt" && echo configured >>../configured
+    command_is cmake 'folder=$5 && [[ $2 == -S ]] && mkdir -p "$folder" && : >"$folder/Makefile" &&
+            echo "CMAKE_HOME_DIRECTORY:INTERNAL=$3" >"$folder/CMakeCache.txt" && echo configured >>../configured
         folder=$2 && [[ $1 == --build ]] && mkdir -p "$folder/bin" && echo "$*" >"$folder/built" &&
             printf "#!/bin/sh\necho \"started in \$PWD, caches in \$XDG_CACHE_HOME: \$*\"\nexit 7\n" |
             tee "$folder/bin/"quelar{,-play} >"$folder/bin/quelar-record" && chmod +x "$folder/bin/"*
@@ -34,7 +34,7 @@ configured() { [ "$(wc -l <../configured)" -eq "$1" ]; }
     [ "$output" = "started in $top, caches in $top/build/cache: " ]
     [[ $(cat "$top/build/built") == *' --target quelar' ]]
     # all that was written is in the build folder
-    [ "$(cd "$top" && echo *)" = 'Scripts build play record test' ]
+    [ "$(cd "$top" && echo *)" = 'Scripts build play record test web' ]
     [ -z "$(ls -A)" ]
 }
 
@@ -50,28 +50,32 @@ configured() { [ "$(wc -l <../configured)" -eq "$1" ]; }
         run -7 --separate-stderr "$top/play" $arguments
         [[ $output == *" --data $top/data $arguments$top/build/quelar.mp4" ]]
     done
-    run -7 --separate-stderr "$top/play" --help
-    [[ $output$stderr == *': --help' ]]
 }
 
 @test "play: configures once, by whatever link it is called, and again when the checkout was moved" {
     ln -s "$top" ../link
     run -7 ../link/play
-    : >"$top/build/quelar.mp4"
     : >"$top/build/object"
     for place in "$top" "$BATS_TEST_TMPDIR/link"; do
         run -7 --separate-stderr "$place/play"
-        [[ $output == "started in $top,"* ]]
+        [[ $output == "started in $top,"* && $stderr != *Building* ]]
         configured 1
-        [ -e "$top/build/object" ]
     done
     mv "$top" "$top too"
     run -7 --separate-stderr "$top too/play"
-    [[ $output == "started in $top too,"* ]]
+    [[ $output == "started in $top too,"* && $stderr == *moved* ]]
     configured 2
-    # what was built is gone, what was recorded is not
-    [ ! -e "$top too/build/object" ]
-    [ -e "$top too/build/quelar.mp4" ]
+    # nothing of what was built, or recorded, is gone
+    [ -e "$top too/build/object" ]
+}
+
+@test "play: says in one sentence that another's checkout cannot be built in" {
+    ((EUID)) || command -v setpriv >/dev/null || skip "nobody here but root"
+    chmod 755 "$BATS_TEST_TMPDIR" "$BATS_RUN_TMPDIR"
+    mkdir -p "$top/build/cache"
+    chmod a-w "$top/build"
+    run -1 $( ((EUID)) || echo setpriv --reuid 65534) "$top/play"
+    [[ ${#lines[@]} -eq 1 && $output == *" cannot write to $top/build: "* ]]
 }
 
 @test "play: shows why a build failed and starts nothing" {
@@ -119,11 +123,25 @@ END
     run -1 "$top/record" --jobs 2 'a film.mp4'
 }
 
-@test "test: runs the tests that are asked for, of everything built" {
-    command_is ctest 'echo "in $PWD: $*"; exit 8'
-    run -8 --separate-stderr "$top/test" -R Grid
-    [ "$output" = "in $top/build: --output-on-failure -j $(nproc) -R Grid" ]
+@test "test: looks around anew, and runs the tests that are asked for, of everything built" {
+    mkdir -p "$top/Tests/Program"
+    echo 'TEST(Grid, lies) {' >"$top/Tests/Grid.test.cpp"
+    : >"$top/Tests/Program/show.bats"
+    command_is ctest "[[ \$1 == --show* ]] || { echo \"in \$PWD: \$*\"; exit 8; }
+        printf '[{\"name\" : \"Grid.lies\"}, [\"bats\", \"%s\"]]' '$top/Tests/Program/show.bats'"
+    for times in 1 2; do
+        run -8 --separate-stderr "$top/test" -R Grid
+        [ "$output" = "in $top/build: --output-on-failure -j $(nproc) -R Grid" ]
+        configured "$times"
+    done
     [[ $(cat "$top/build/built") != *--target* ]]
+    # a test that nobody can run has not passed
+    for absent in Scenes.end Program/other.bats; do
+        echo 'TEST_F(Scenes, end) {' >"$top/Tests/${absent/#Scenes.end/Scenes.test.cpp}"
+        run -1 "$top/test" -R Grid
+        [[ $output == *"$absent" && $output != *"in $top"* ]]
+        rm "$top/Tests/"{Scenes.test.cpp,Program/other.bats} || true
+    done
 }
 
 @test "packages: what is missing of a script's own is installed, by whoever may" {
@@ -136,6 +154,23 @@ install -y --no-install-recommends libsdl1.2-dev libegl-dev' ]
     command_is apt-get 'echo "E: no such package"; exit 100'
     run -1 "$top/play"
     [[ $output == *'libsdl1.2-dev libegl-dev'* && $output == *'E: no such package'* && $output != *started* ]]
+}
+
+@test "packages: none is installed for help" {
+    command_is dpkg-query '[[ $3 != libegl-dev ]] && echo installed'
+    command_is apt-get 'exit 100'
+    for script in play record test; do
+        run -0 "$top/$script" 'a song.mp3' -h
+        [[ ${lines[0]} == [PR]* && $output == *libegl-dev* ]]
+    done
+    run -0 "$top/test" --help
+    command_is dpkg-query 'echo installed'
+    for script in play record; do
+        run -7 --separate-stderr "$top/$script" --help
+        [[ $output == *': --help' ]]
+    done
+    run -7 "$top/play" -- --help
+    [[ $output != *': --help' ]]
 }
 
 @test "packages: without apt they are named, and the build is tried" {
