@@ -52,10 +52,11 @@ plays_and_records() {
     command -v dpkg-query >/dev/null || skip "nobody here knows packages"
     install_and_move archive
     listed() { (source "$root/Scripts/setup.sh" && packages "$@") | sort; }
-    # Debian itself is not without the libraries of the language
+    # Debian itself is not without the libraries of the language; since its times have 64 bits some have another name,
+    # and provide the old one
     readelf -d "$place"/programs/* | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' | grep -v libfmodex64 | sort -u |
-        while read -r library; do dpkg-query -S "*/x86_64-linux-gnu/$library"; done | cut -d : -f 1 | sort -u |
-        grep -vx -e libc6 -e libgcc-s1 -e libstdc++6 | is <(listed linked)
+        while read -r library; do dpkg-query -S "*/x86_64-linux-gnu/$library"; done | cut -d : -f 1 |
+        sed 's/t64$//' | sort -u | grep -vx -e libc6 -e libgcc-s1 -e libstdc++6 | is <(listed linked)
     sed -n '/apt install/,/^$/p' "$place/quelar.nfo" | tr -d '\\\n' | xargs -n 1 | tail -n +3 | sort |
         is <(listed linked recommended)
 }
