@@ -93,7 +93,7 @@ async function work(open) {
             const { scout, texts, scenes } = window.quelar;
             scout.stop();
             const { show: unseen } = scout;
-            unseen.isDue = () => false; // nothing is kept on the way
+            unseen.keeping = false;
             unseen.begin(undefined, texts);
             const starts = scenes.map(({ start: begins }) => Math.round((1000 * begins) / unseen.frameMs));
             const times = [...starts.slice(1), unseen.frames - 1].map((end) => {
@@ -140,7 +140,7 @@ async function seeks(open) {
         await show.close();
     }
     const show = await open("pause");
-    await show.until(() => window.quelar?.scout.show.explored);
+    await show.until(() => window.quelar?.scout.done);
     const ways = [];
     for (let i = 0; i < 40; i++) ways.push(await seek(show, i % 2 ? 0.5 + i : 103 - i));
     await show.close();

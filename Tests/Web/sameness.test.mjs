@@ -11,7 +11,7 @@ import { openPage, ours, run, shareBrowser, writeTone } from "./browser.mjs";
 
 const MOMENTS = [1, 9.6, 14, 24.3, 41, 52, 55.3, 61.2, 66.5, 74, 83, 95]; // two of each scene
 const FLIGHT = 760; // the frame at which the music begins to move the lattice
-const APART = 0.015; // of two pictures seen from afar, as in the tests of the picture
+const APART = 0.008; // of two pictures seen from afar
 const STATE = ours("build/bin/web_state");
 
 const file = (name) => join(shared.folder, name);
@@ -30,49 +30,36 @@ async function open({ seed = 42, ...wishes }) {
 
 /** Puts a track in place of the page's, whose samples are kept, and pauses again. */
 async function listen({ page, read, shows }, track) {
-    await read(() => (window.own = window.quelar.sound.left));
+    await read(() => (window.own = window.quelar.sound.buffer));
     await (await page.$("#file")).uploadFile(file(`${track}.wav`));
     await shows("playing");
     await read(() => window.quelar.pause());
 }
 
-/** Line widths as most WebGLs have them: lines are drawn as quads then. */
-function thinLines() {
-    const get = WebGL2RenderingContext.prototype.getParameter;
-    WebGL2RenderingContext.prototype.getParameter = function (name) {
-        return name === this.ALIASED_LINE_WIDTH_RANGE ? new Float32Array([1, 1]) : get.call(this, name);
-    };
-}
-
-for (const { name, seed = 42, size = "640x480", track, moments = MOMENTS, prepare } of [
-    { name: "with the usual chance" },
-    { name: "with another chance", seed: 7 },
-    { name: "at half the size", size: "320x240" },
-    { name: "at half the size with another chance", seed: 7, size: "320x240" },
-    { name: "with lines made of quads", prepare: thinLines },
-    { name: "without music until the flight", size: "320x240", track: "silence", moments: [9.6, 24.3, 83] },
+for (const { name, seed } of [
+    { name: "with the usual chance", seed: 42 },
+    { name: "with another chance", seed: 0 },
 ]) {
     test(`the same pictures ${name}`, async () => {
-        const stills = moments.flatMap((moment) => ["--still", `${moment}`, file(`${moment}.png`)]);
-        const wishes = ["--data", ours("data"), "--size", size, "--seed", `${seed}`];
+        const stills = MOMENTS.flatMap((moment) => ["--still", `${moment}`, file(`${moment}.png`)]);
+        const wishes = ["--data", ours("data"), "--seed", `${seed}`];
         const [shown] = await Promise.all([
-            open({ seed, size, prepare }),
+            open({ seed, size: "640x480" }),
             run(ours("build/bin/quelar-record"), [...wishes, ...stills]),
         ]);
-        if (track) await listen(shown, track);
         const afar = "-alpha off -resize 40x30! -metric RMSE -compare -format %[distortion] info:".split(" ");
         const apart = {};
-        for (const moment of moments) {
+        for (const moment of MOMENTS) {
             await shown.read((seconds) => window.quelar.seek(seconds), moment);
             await writeFile(file("page.png"), await shown.png());
             const { stdout } = await run("convert", [file("page.png"), file(`${moment}.png`), ...afar]);
             apart[moment] = Number(stdout);
         }
         console.log(name, apart);
-        for (const moment of moments) {
-            const same = !track || moment < FLIGHT * 0.015;
-            assert.equal(apart[moment] < APART, same, `${moment} s: ${apart[moment]} apart`);
-        }
+        assert.deepEqual(
+            Object.entries(apart).filter(([, distance]) => distance > APART),
+            [],
+        );
         await shown.close();
     });
 }
@@ -130,12 +117,13 @@ test("the same state behind every frame, made of the same samples; of no music a
     assert.equal(await parting(), -1);
     // the browser decodes the track in its own way: as long, and nowhere more than a step off
     const [longer, apart] = await shown.read(() => {
-        const { left } = window.quelar.sound;
-        const worst = left.reduce((most, sample, i) => Math.max(most, Math.abs(sample - window.own[i])), 0);
-        return [left.length - window.own.length, worst];
+        const { buffer } = window.quelar.sound;
+        const [left, own] = [buffer, window.own].map((track) => track.getChannelData(0));
+        const worst = left.reduce((most, sample, i) => Math.max(most, Math.abs(sample - own[i])), 0);
+        return [left.length - own.length, 32768 * worst];
     });
     assert.equal(longer, 0);
-    assert.ok(apart <= 1, `${apart} apart`);
+    assert.ok(apart < 1.5, `${apart} apart`);
 
     await listen(shown, "silence");
     const parted = await parting();

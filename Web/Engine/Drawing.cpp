@@ -43,7 +43,7 @@ void Drawing::addPoints(const Vertices& vertices, std::size_t count, float size)
 void Drawing::drawQuad(std::uint32_t texture, const float* corners) {
     flush();
     if (on) {
-        pageDrawQuad(program, texture, corners, projection.m.data(), modelView.m.data(), blended ? 1 : 0);
+        pageDrawQuad(program, texture, corners, &projection[0][0], &modelView[0][0], blended ? 1 : 0);
     }
 }
 
@@ -61,7 +61,7 @@ void Drawing::flush() {
                          program,
                          blended ? 1U : 0U,
                          tested ? 1U : 0U,
-                         projection.m.data(),
+                         &projection[0][0],
                          batch.runs.data(),
                          static_cast<std::uint32_t>(batch.runs.size())};
     pageDraw(&sent);
@@ -96,7 +96,7 @@ Drawing::Batch& Drawing::open(bool ofLines) {
 }
 
 void Drawing::addVertices(Batch& batch, const Vertices& vertices, std::size_t count) {
-    if (batch.matrices.size() == 0 || !(batch.matrices.back() == modelView)) {
+    if (batch.matrices.size() == 0 || batch.matrices.back() != modelView) {
         batch.matrices.add(modelView);
     }
     numbers.assign(count, static_cast<std::uint32_t>(batch.matrices.size() - 1));

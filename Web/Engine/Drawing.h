@@ -3,6 +3,7 @@
 #include "Batch.h"
 
 #include <cstdint>
+#include <glm/mat4x4.hpp>
 #include <memory>
 #include <vector>
 
@@ -32,8 +33,8 @@ public:
     std::uint32_t program = 0;
     bool blended = false;
     bool tested = false;
-    Matrix projection;
-    Matrix modelView;
+    glm::mat4 projection{1};
+    glm::mat4 modelView{1};
 
     void clear(float r, float g, float b, float a);
     void setTarget(std::uint32_t texture);
@@ -51,7 +52,7 @@ private:
     struct Batch {
         Kept<Vertex> points;
         Kept<std::uint32_t> owners;
-        Kept<Matrix> matrices;
+        Kept<glm::mat4> matrices;
         Kept<std::uint32_t> lines;
         std::vector<PageRun> runs;
         bool ofLines = false;

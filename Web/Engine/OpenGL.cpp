@@ -4,26 +4,25 @@
 #include "OpenGL.h"
 
 #include "Drawing.h"
+#include "Widths.h"
 
 #include <GL/glew.h>
 #include <GL/glu.h>
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstring>
+#include <glm/ext.hpp>
 #include <map>
 #include <string>
 #include <vector>
 
 namespace {
-using web::Matrix;
-
 web::Drawing drawing;
 
-std::vector<Matrix> projections(1);
-std::vector<Matrix> modelViews(1);
-std::vector<Matrix>* matrices = &modelViews;
+std::vector<glm::mat4> projections{glm::mat4(1)};
+std::vector<glm::mat4> modelViews{glm::mat4(1)};
+std::vector<glm::mat4>* matrices = &modelViews;
 
 struct {
     GLfloat r, g, b, a;
@@ -70,11 +69,9 @@ void tellLog(GLuint object, GLsizei size, GLsizei* /*length*/, GLchar* log) {
 /// The uniforms' names, by location.
 std::vector<std::string> uniforms;
 
-void multiply(const Matrix& matrix) { matrices->back() = matrices->back() * matrix; }
-
 /// The scene and the pictures are drawn under the matrices of the moment.
 void takeMatrices() {
-    if (!(drawing.projection == projections.back())) {
+    if (drawing.projection != projections.back()) {
         drawing.flush();
         drawing.projection = projections.back();
     }
@@ -177,53 +174,25 @@ void glClear(GLbitfield /*buffers*/) {
 void glViewport(GLint /*x*/, GLint /*y*/, GLsizei /*width*/, GLsizei /*height*/) {} // always the whole target
 
 void glMatrixMode(GLenum mode) { matrices = mode == GL_PROJECTION ? &projections : &modelViews; }
-void glLoadIdentity() { matrices->back() = Matrix(); }
+void glLoadIdentity() { matrices->back() = glm::mat4(1); }
 void glPushMatrix() { matrices->push_back(matrices->back()); }
 void glPopMatrix() { matrices->pop_back(); }
-void glTranslatef(GLfloat x, GLfloat y, GLfloat z) { multiply(Matrix::translation(x, y, z)); }
-void glRotatef(GLfloat angle, GLfloat x, GLfloat y, GLfloat z) { multiply(Matrix::rotation(angle, x, y, z)); }
-void glScalef(GLfloat x, GLfloat y, GLfloat z) { multiply(Matrix::scaling(x, y, z)); }
+void glTranslatef(GLfloat x, GLfloat y, GLfloat z) {
+    matrices->back() = glm::translate(matrices->back(), {x, y, z});
+}
+void glRotatef(GLfloat angle, GLfloat x, GLfloat y, GLfloat z) {
+    matrices->back() = glm::rotate(matrices->back(), glm::radians(angle), {x, y, z});
+}
+void glScalef(GLfloat x, GLfloat y, GLfloat z) { matrices->back() = glm::scale(matrices->back(), {x, y, z}); }
 void gluPerspective(GLdouble fov, GLdouble aspect, GLdouble near, GLdouble far) {
-    const double cotangent = 1 / std::tan(fov / 2 * 3.14159265358979323846 / 180);
-    Matrix matrix;
-    matrix.m[0] = static_cast<float>(cotangent / aspect);
-    matrix.m[5] = static_cast<float>(cotangent);
-    matrix.m[10] = static_cast<float>((far + near) / (near - far));
-    matrix.m[11] = -1;
-    matrix.m[14] = static_cast<float>(2 * far * near / (near - far));
-    matrix.m[15] = 0;
-    multiply(matrix);
+    matrices->back() *= glm::mat4(glm::perspective(glm::radians(fov), aspect, near, far));
 }
 void gluOrtho2D(GLdouble left, GLdouble right, GLdouble bottom, GLdouble top) {
-    Matrix matrix;
-    matrix.m[0] = static_cast<float>(2 / (right - left));
-    matrix.m[5] = static_cast<float>(2 / (top - bottom));
-    matrix.m[10] = -1;
-    matrix.m[12] = static_cast<float>(-(right + left) / (right - left));
-    matrix.m[13] = static_cast<float>(-(top + bottom) / (top - bottom));
-    multiply(matrix);
+    matrices->back() *= glm::mat4(glm::ortho(left, right, bottom, top));
 }
 void gluLookAt(GLdouble x, GLdouble y, GLdouble z, GLdouble cx, GLdouble cy, GLdouble cz, GLdouble ux,
                GLdouble uy, GLdouble uz) {
-    const auto cross = [](const std::array<double, 3>& a, const std::array<double, 3>& b) {
-        return std::array<double, 3>{a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2],
-                                     a[0] * b[1] - a[1] * b[0]};
-    };
-    const auto unit = [](const std::array<double, 3>& a) {
-        const double length = std::hypot(a[0], a[1], a[2]);
-        return std::array<double, 3>{a[0] / length, a[1] / length, a[2] / length};
-    };
-    const std::array<double, 3> ahead = unit({cx - x, cy - y, cz - z});
-    const std::array<double, 3> side = unit(cross(ahead, {ux, uy, uz}));
-    const std::array<double, 3> up = cross(side, ahead);
-    Matrix matrix;
-    for (int i = 0; i < 3; ++i) {
-        matrix.m[4 * i] = static_cast<float>(side[i]);
-        matrix.m[4 * i + 1] = static_cast<float>(up[i]);
-        matrix.m[4 * i + 2] = static_cast<float>(-ahead[i]);
-    }
-    multiply(matrix);
-    multiply(Matrix::translation(static_cast<float>(-x), static_cast<float>(-y), static_cast<float>(-z)));
+    matrices->back() *= glm::mat4(glm::lookAt(glm::dvec3(x, y, z), {cx, cy, cz}, {ux, uy, uz}));
 }
 
 void glEnableClientState(GLenum /*array*/) {}
@@ -234,8 +203,8 @@ void glVertexPointer(GLint /*size*/, GLenum /*type*/, GLsizei stride, const void
 void glColorPointer(GLint /*size*/, GLenum /*type*/, GLsizei /*stride*/, const void* /*first*/) {
     // Right behind the position.
 }
-void glLineWidth(GLfloat width) { lineWidth = width; }
-void glPointSize(GLfloat size) { pointSize = size; }
+void glLineWidth(GLfloat width) { lineWidth = host::shownWidth(width, host::pixelScale()); }
+void glPointSize(GLfloat size) { pointSize = host::shownWidth(size, host::pixelScale()); }
 void glDrawElements(GLenum /*lines*/, GLsizei count, GLenum /*type*/, const void* indices) {
     takeMatrices();
     drawing.addLines(vertices, static_cast<const std::uint32_t*>(indices), count, lineWidth);

@@ -20,6 +20,13 @@ mergeInto(LibraryManager.library, {
         Module.director.endShow(status);
     },
 
+    pageSeedFor: function (asked) {
+        return Module.director.seedFor(asked);
+    },
+
+    pageHeight: function () {
+        return Module.picture.height;
+    },
     pageCompile: function (ofVertices, text, log, size) {
         stringToUTF8(Module.picture.compile(ofVertices !== 0, UTF8ToString(text)), log, size);
     },
@@ -76,6 +83,12 @@ mergeInto(LibraryManager.library, {
     },
     pageTrackRate: function () {
         return Module.sound.rate;
+    },
+    pageTrackStart: function () {
+        return Module.director.trackStart();
+    },
+    pageTrackGain: function () {
+        return Module.sound.gain;
     },
     pageCopyTrack: function (first, count, frames) {
         Module.sound.copy(first, count, HEAP16, frames >> 1);

@@ -12,6 +12,12 @@ int pageShowFrame(unsigned int frame);
 /// The show is over and has this exit status.
 void pageEndShow(int status);
 
+/// What the show's chance starts from, in place of the seed that was asked for.
+unsigned int pageSeedFor(unsigned int asked);
+
+/// Of the picture, in pixels.
+unsigned int pageHeight();
+
 /// Compiles a shader, of the vertices or of the pixels, and writes its log: empty if it compiled.
 void pageCompile(int ofVertices, const char* text, char* log, int size);
 /// Makes a program of two texts under a number of our choice; writes its log: empty if it linked.
@@ -38,7 +44,7 @@ struct PageList {
 /// Neighbours in the lists of points or lines that are drawn in the same width.
 struct PageRun {
     std::uint32_t count;
-    float width; ///< pixels of a picture 480 pixels high
+    float width; ///< pixels
 };
 struct PageBatch {
     PageList points;   ///< seven floats each: position and colour
@@ -59,9 +65,12 @@ void pageDraw(const PageBatch* batch);
 void pageDrawQuad(unsigned int program, unsigned int texture, const float* corners, const float* projection,
                   const float* modelView, int blended);
 
-/// The track: its length and rate in sound frames, 0 if there is none, and the left side of a stretch of it,
-/// silence where it has no frames, each with two bytes free behind it for the right.
+/// The track: its length and rate in sound frames, 0 if there is none; the ms of it at which the show begins;
+/// what makes it as loud as the show is used to; and the left side of a stretch of it, silence where it has
+/// no frames, each with two bytes free behind it for the right.
 unsigned int pageTrackLength();
 unsigned int pageTrackRate();
+unsigned int pageTrackStart();
+float pageTrackGain();
 void pageCopyTrack(int first, unsigned int count, std::int16_t* frames);
 }

@@ -2,6 +2,8 @@
 // draws others: so this is the generator of the library that the show runs on elsewhere, an additive one.
 // Each number is the sum of those 3 and 31 draws before, of which the lowest bit, the weakest, is left out.
 
+#include "Host.h"
+
 #include <array>
 #include <cstdint>
 #include <cstdlib>
@@ -25,6 +27,7 @@ extern "C" {
 
 void srand(unsigned int seed) {
     // The first draws come from a generator of powers modulo a prime, 2^31 - 1.
+    seed = host::Host::current().seedFor(seed);
     auto value = static_cast<std::int32_t>(seed == 0 ? 1 : seed);
     for (std::uint32_t& draw : last) {
         draw = static_cast<std::uint32_t>(value);

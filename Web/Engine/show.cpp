@@ -3,6 +3,7 @@
 #include "Host.h"
 #include "OpenGL.h"
 #include "Timeline.h"
+#include "Widths.h"
 #include "page.h"
 
 #include <emscripten.h>
@@ -18,6 +19,8 @@ public:
         // The canvas has as many pixels as it likes: nothing in the show depends on them.
         return {static_cast<unsigned int>(width), static_cast<unsigned int>(height)};
     }
+    float getPixelScale() const override { return host::scaleOf(pageHeight()); }
+    unsigned int seedFor(unsigned int asked) override { return pageSeedFor(asked); }
     void closeWindow() override {}
     void showFrame() override { web::setDrawing(pageShowFrame(frame++) != 0); }
     bool wantsEscape() override { return false; }
@@ -46,5 +49,5 @@ EMSCRIPTEN_KEEPALIVE unsigned int frameMs() { return timeline::FRAME_MS; }
 EMSCRIPTEN_KEEPALIVE unsigned int showFrames() { return timeline::SHOW_FRAMES; }
 EMSCRIPTEN_KEEPALIVE unsigned int sceneCount() { return timeline::SCENES.size(); }
 EMSCRIPTEN_KEEPALIVE unsigned int sceneStart(unsigned int scene) { return timeline::shotStart(scene); }
-EMSCRIPTEN_KEEPALIVE const char* sceneName(unsigned int scene) { return timeline::SCENES[scene].name; }
+EMSCRIPTEN_KEEPALIVE const char* sceneTitle(unsigned int scene) { return timeline::SCENES[scene].title; }
 }

@@ -26,8 +26,8 @@ std::map<int, fmodex::Spectrum> spectra;
 
 /// The sound frame that is heard now.
 int heard() {
-    const unsigned long long microseconds = 1000ULL * (host::Host::current().getTicks() - startTime);
-    return static_cast<int>(microseconds * pageTrackRate() / 1000000);
+    const unsigned long long now = pageTrackStart() + host::Host::current().getTicks() - startTime;
+    return static_cast<int>(now * pageTrackRate() / 1000);
 }
 } // namespace
 
@@ -65,6 +65,8 @@ FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL*, float* spectrum, int numvalu
     std::vector<fmodex::Frame>& frames = measured.getFrames();
     pageCopyTrack(now - numvalues, static_cast<unsigned int>(frames.size()), &frames.data()->left);
     measured.measure(spectrum);
+    std::transform(spectrum, spectrum + numvalues, spectrum,
+                   [gain = pageTrackGain()](float value) { return gain * value; });
     return FMOD_OK;
 }
 FMOD_RESULT FMOD_Channel_Stop(FMOD_CHANNEL*) {

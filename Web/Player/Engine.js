@@ -27,7 +27,7 @@
  * @property {boolean} blended
  *
  * @typedef {object} Drawing where the show is drawn
- * @property {() => void} reset
+ * @property {number} height pixels
  * @property {(ofVertices: boolean, text: string) => string} compile
  * @property {(program: number, vertexText: string, pixelText: string) => string} makeProgram
  * @property {(program: number, name: string, value: number) => void} setUniform
@@ -40,9 +40,12 @@
  * @typedef {object} Track what the show hears
  * @property {number} length
  * @property {number} rate
+ * @property {number} gain
  * @property {(first: number, count: number, memory: Int16Array, place: number) => void} copy
  *
  * @typedef {object} Director who decides what is run when
+ * @property {(asked: number) => number} seedFor
+ * @property {() => number} trackStart
  * @property {(frame: number, goOn: (drawNext: number) => void) => void} showFrame
  * @property {(status: number) => void} endShow
  *
@@ -68,7 +71,7 @@
  * @property {() => number} _showFrames
  * @property {() => number} _sceneCount
  * @property {(scene: number) => number} _sceneStart
- * @property {(scene: number) => number} _sceneName
+ * @property {(scene: number) => number} _sceneTitle
  *
  * @typedef {(world: Partial<World>) => Promise<Engine>} LoadEngine
  */

@@ -1,12 +1,9 @@
 import { Slot } from "./Slot.js";
 import { Program, faultsOfText } from "./Program.js";
-import { pixelShader, varyingsOf, vertexShader } from "./glsl.js";
 
-/** Line widths and point sizes are meant for a picture of this height, in pixels; a larger one scales them. */
-const USUAL_HEIGHT = 480;
-
-/** A WebGL that draws lines of this width by itself is taken at its word: they are as wide on a large screen. */
-const WIDEST = 64;
+/** A longer shader would hold up graphics cards, and the page with them: 20 000 lines for half a minute. */
+const MOST_LINES = 1000;
+const MOST_LETTERS = 60000;
 
 /**
  * What the show draws, drawn on a canvas by WebGL 2. All that is made here can be made again, should the
@@ -21,6 +18,17 @@ export class Picture {
      */
     constructor(canvas, antialias) {
         this.canvas = canvas;
+        /** Called when the context is lost, and when it is back and all is in it again. */
+        this.onLost = () => {};
+        this.onRestored = () => {};
+        canvas.addEventListener("webglcontextlost", (event) => {
+            event.preventDefault(); // or it would never come back
+            this.onLost();
+        });
+        canvas.addEventListener("webglcontextrestored", () => {
+            this.rebuild();
+            this.onRestored();
+        });
         const gl = canvas.getContext("webgl2", {
             alpha: false,
             antialias,
@@ -31,10 +39,10 @@ export class Picture {
             throw new Error("This browser does not offer WebGL 2.");
         }
         this.gl = gl;
-        /** The widest line that this WebGL draws by itself: often 1. */
-        this.widestLine = gl.getParameter(gl.ALIASED_LINE_WIDTH_RANGE)[1];
         /** @type {Map<number, Program>} */
         this.programs = new Map();
+        /** @type {Program[]} */
+        this.prepared = []; // programs that the show will ask for
         /** @type {Map<number, Target>} */
         this.textures = new Map();
         /** @type {Slot[]} */
@@ -49,6 +57,32 @@ export class Picture {
         this.quadElements = null; // four corners for each line
         this.quadCount = 0;
         this.prepare();
+    }
+
+    /**
+     * Makes programs ahead of the show, while the page lives on.
+     * @param {string[]} texts two for each
+     */
+    async prepareFor(texts) {
+        for (let i = 0; i < texts.length; i += 2) {
+            const program = new Program(this.gl, texts.slice(i, i + 2));
+            program.launch();
+            this.prepared.push(program);
+        }
+        // To ask for their state would be to wait for them; this asks whether the graphics card has come so far.
+        const { gl } = this;
+        const sync = gl.fenceSync(gl.SYNC_GPU_COMMANDS_COMPLETE, 0);
+        gl.flush();
+        while (sync && !this.isLost && gl.getSyncParameter(sync, gl.SYNC_STATUS) !== gl.SIGNALED) {
+            await new Promise((goOn) => setTimeout(goOn, 4));
+        }
+        gl.deleteSync(sync);
+        for (const program of this.prepared) program.build();
+    }
+
+    /** While it is lost all that is drawn comes to nothing. */
+    get isLost() {
+        return this.gl.isContextLost();
     }
 
     /** What a new context needs. */
@@ -76,24 +110,13 @@ export class Picture {
     /** Makes everything again, in a context that has been restored. */
     rebuild() {
         this.prepare();
-        for (const program of this.programs.values()) {
+        for (const program of new Set([...this.programs.values(), ...this.prepared])) {
             program.forget();
             program.build();
         }
-        for (const texture of this.textures.keys()) {
-            this.textures.set(texture, { texture: null, framebuffer: null });
-            this.makeTexture(texture);
-        }
-    }
-
-    /** Forgets the show's objects: another show begins. */
-    reset() {
-        for (const program of this.programs.values()) {
-            program.delete();
-        }
-        this.programs.clear();
-        this.textures.forEach((made) => this.deleteTexture(made));
+        const textures = [...this.textures.keys()];
         this.textures.clear();
+        for (const texture of textures) this.allocate(texture);
     }
 
     /**
@@ -105,27 +128,24 @@ export class Picture {
         if (this.canvas.width === width && this.canvas.height === height) return;
         this.canvas.width = width;
         this.canvas.height = height;
-        for (const texture of this.textures.keys()) {
-            this.makeTexture(texture);
-        }
+        for (const texture of this.textures.keys()) this.allocate(texture);
     }
 
-    get scale() {
-        return Math.max(1, this.canvas.height / USUAL_HEIGHT);
-    }
+    // The show's own calls, see Engine/page.h. Each of its starts makes the same programs and textures under the
+    // same numbers: what is there is left as it is.
 
-    // The show's own calls, see Engine/page.h.
+    get height() {
+        return this.canvas.height;
+    }
 
     /**
      * @param {boolean} ofVertices
      * @param {string} text
      */
     compile(ofVertices, text) {
-        const varyings = varyingsOf(ofVertices ? text : "", ofVertices ? "" : text);
-        const translated = (ofVertices ? vertexShader : pixelShader)(text, varyings);
-        return faultsOfText(this.gl, ofVertices, translated)
-            .map(({ line, message }) => `${line}: ${message}`)
-            .join("\n");
+        const known = [...this.programs.values(), ...this.prepared];
+        if (known.some(({ main, texts }) => main && texts[ofVertices ? 0 : 1] === text)) return "";
+        return told(faultsOfText(this.gl, ofVertices, text));
     }
 
     /**
@@ -134,10 +154,13 @@ export class Picture {
      * @param {string} pixelText
      */
     makeProgram(number, vertexText, pixelText) {
-        const program = new Program(this.gl, vertexText, pixelText, this.drawsWideLines);
-        const faults = program.build();
+        const former = this.programs.get(number);
+        const texts = [vertexText, pixelText];
+        if (former?.main && former.isOf(texts)) return "";
+        former?.delete();
+        const program = this.prepared.find((one) => one.isOf(texts)) ?? new Program(this.gl, texts);
         this.programs.set(number, program);
-        return faults.map(({ line, message }) => `${line}: ${message}`).join("\n");
+        return program.main ? "" : told(program.build());
     }
 
     /**
@@ -151,8 +174,15 @@ export class Picture {
 
     /** @param {number} number */
     makeTexture(number) {
+        if (!this.textures.has(number)) this.allocate(number);
+    }
+
+    /** @param {number} number of a texture */
+    allocate(number) {
         const { gl } = this;
-        this.deleteTexture(this.textures.get(number));
+        const former = this.textures.get(number);
+        gl.deleteTexture(former?.texture ?? null);
+        gl.deleteFramebuffer(former?.framebuffer ?? null);
         const texture = newTexture(gl, gl.LINEAR);
         gl.texStorage2D(gl.TEXTURE_2D, 1, gl.RGBA8, this.canvas.width, this.canvas.height);
         const framebuffer = gl.createFramebuffer();
@@ -160,14 +190,6 @@ export class Picture {
         gl.framebufferTexture2D(gl.FRAMEBUFFER, gl.COLOR_ATTACHMENT0, gl.TEXTURE_2D, texture, 0);
         gl.bindFramebuffer(gl.FRAMEBUFFER, null);
         this.textures.set(number, { texture, framebuffer });
-    }
-
-    /** @param {Target | undefined} made */
-    deleteTexture(made) {
-        if (made) {
-            this.gl.deleteTexture(made.texture);
-            this.gl.deleteFramebuffer(made.framebuffer);
-        }
     }
 
     /** @param {number} number */
@@ -196,7 +218,7 @@ export class Picture {
         if (!program?.main) {
             return;
         }
-        const slot = (this.slots[batch.slot] ??= new Slot(gl, this.drawsWideLines));
+        const slot = (this.slots[batch.slot] ??= new Slot(gl));
         slot.take(batch);
         this.setState(batch.blended, batch.tested);
         if (batch.lines.count) {
@@ -211,14 +233,15 @@ export class Picture {
      * @param {number} index of the program, in the order of their making
      * @param {boolean} ofVertices
      * @param {string} text
+     * @returns {import("./glsl.js").Fault[]}
      */
     replaceShader(index, ofVertices, text) {
+        if (text.length > MOST_LETTERS || text.split("\n").length > MOST_LINES) {
+            const most = `${MOST_LINES} lines or ${MOST_LETTERS} letters`;
+            return [{ line: 1, message: `This text is longer than graphics cards take at once: ${most}.` }];
+        }
         const program = [...this.programs.values()][index];
         return program.replace(ofVertices, text).map(({ line, message }) => ({ line, message }));
-    }
-
-    get drawsWideLines() {
-        return this.widestLine >= WIDEST;
     }
 
     /**
@@ -233,7 +256,7 @@ export class Picture {
         gl.bindVertexArray(slot.vertexArray);
         let first = 0;
         for (const { count, width } of runs) {
-            main.setPointSize(Math.max(1, width * this.scale));
+            main.setPointSize(Math.max(1, width));
             gl.drawArrays(gl.POINTS, first, count);
             first += count;
         }
@@ -250,23 +273,14 @@ export class Picture {
         // Once for both drawings of a frame.
         slot.transform(program, projection, points.count);
         const between = program.useLines(this.canvas.width / 2, this.canvas.height / 2);
+        bind(gl, 2, slot.transformed.texture);
+        bind(gl, 3, slot.lines.texture);
+        this.useQuads(lines.count / 2);
         let first = 0;
-        if (this.drawsWideLines) {
-            gl.bindVertexArray(slot.lineArray);
-            for (const { count, width } of runs) {
-                gl.lineWidth(width * this.scale);
-                gl.drawElements(gl.LINES, 2 * count, gl.UNSIGNED_INT, 8 * first);
-                first += count;
-            }
-        } else {
-            bind(gl, 2, slot.transformed.texture);
-            bind(gl, 3, slot.lines?.texture ?? null);
-            this.useQuads(lines.count / 2);
-            for (const { count, width } of runs) {
-                between.setWidth(width * this.scale);
-                gl.drawElements(gl.TRIANGLES, 6 * count, gl.UNSIGNED_INT, 24 * first);
-                first += count;
-            }
+        for (const { count, width } of runs) {
+            between.setWidth(width);
+            gl.drawElements(gl.TRIANGLES, 6 * count, gl.UNSIGNED_INT, 24 * first);
+            first += count;
         }
         gl.bindVertexArray(null);
     }
@@ -321,6 +335,9 @@ export class Picture {
         gl.bindVertexArray(this.quadElements?.array ?? null);
     }
 }
+
+/** @param {import("./glsl.js").Fault[]} faults */
+const told = (faults) => faults.map(({ line, message }) => `${line}: ${message}`).join("\n");
 
 /**
  * @param {WebGL2RenderingContext} gl

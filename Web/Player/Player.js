@@ -4,9 +4,13 @@ import { Picture } from "./Picture.js";
 import { Scout } from "./Scout.js";
 import { Show } from "./Show.js";
 import { Sound } from "./Sound.js";
+import { nextTask } from "./tasks.js";
 
 /** The shader files, two for each program of the show, in the order in which it makes them. */
 const SHADERS = ["pulse.vs", "pulse.ps", "hblur.vs", "hblur.ps", "vblur.vs", "vblur.ps"];
+
+/** After so many ms without its graphics context the show has failed. */
+const PATIENCE = 4000;
 
 /**
  * Plays the show on a canvas.
@@ -37,15 +41,22 @@ export class Player extends EventTarget {
         const sound = new Sound();
         const [loadEngine, texts] = await Promise.all([
             fetchEngine(loading.base, loading.get("quelar.wasm")),
-            Promise.all(SHADERS.map((name) => loading.getText(`data/shaders/${name}`))),
+            Promise.all(SHADERS.map((name) => loading.getText(`data/shaders/${name}`))).then(
+                async (files) => {
+                    await picture.prepareFor(files);
+                    return files;
+                },
+            ),
             loading.get("data/music/quelar.mp3").then((file) => sound.load(file)),
         ]);
         const show = await Show.load(loadEngine, picture, sound);
+        await nextTask();
         const scout = await Scout.load(loadEngine, sound);
         const player = new Player(canvas, picture, sound, show, scout, size);
         SHADERS.forEach((name, i) => player.texts.set(name, texts[i]));
         const { width, height } = player.extent;
         picture.resize(width, height);
+        await nextTask();
         player.begin(seed);
         player.setState("ready");
         return player;
@@ -75,6 +86,7 @@ export class Player extends EventTarget {
         this.seed = undefined;
         /** @type {State} */
         this.state = "loading";
+        this.ownMusic = false; // the visitor's
         this.shown = 0; // the frame on screen
         this.wanted = 0; // the frame to go to
         /** @type {Promise<void> | null} */
@@ -86,22 +98,15 @@ export class Player extends EventTarget {
         /** @type {BlobCallback[]} */
         this.takers = []; // who wait for a picture
         this.awaited = false; // playing, as soon as the page is seen again
+        this.patience = 0; // with a lost context ...
+        /** @type {State} */
+        this.stateBefore = "ready"; // ... and what was, before it was at an end
 
-        this.ending = new AbortController();
-        const { signal } = this.ending;
-        canvas.addEventListener("webglcontextlost", (event) => event.preventDefault(), { signal });
-        canvas.addEventListener("webglcontextrestored", () => this.restoreContext(), { signal });
-        document.addEventListener("visibilitychange", () => this.hideOrShow(), { signal });
-        this.resizing = new ResizeObserver(() => this.follow());
-        this.resizing.observe(canvas);
-    }
-
-    dispose() {
-        this.pause();
-        this.ending.abort();
-        this.resizing.disconnect();
-        this.scout.stop();
-        this.sound.close();
+        drawing.onLost = () => this.loseContext();
+        drawing.onRestored = () => this.restoreContext();
+        if (drawing.isLost) this.loseContext();
+        document.addEventListener("visibilitychange", () => this.hideOrShow());
+        new ResizeObserver(() => this.follow()).observe(canvas);
     }
 
     // Time
@@ -111,13 +116,21 @@ export class Player extends EventTarget {
         return (this.shown * this.frameMs) / 1000;
     }
 
-    /** Seconds. */
+    /** Of the whole song, in seconds: the show goes in rounds until its music ends. */
     get duration() {
         return (this.frames * this.frameMs) / 1000;
     }
 
     get frames() {
-        return this.show.frames;
+        return this.ownMusic ? Math.ceil((1000 * this.sound.duration) / this.frameMs) : this.show.frames;
+    }
+
+    /** Where the rounds start, in seconds. */
+    get rounds() {
+        const length = (this.show.frames * this.frameMs) / 1000;
+        return Array.from({ length: Math.ceil(this.frames / this.show.frames) }, (_, i) => ({
+            start: i * length,
+        }));
     }
 
     get frameMs() {
@@ -147,16 +160,21 @@ export class Player extends EventTarget {
     async seek(seconds) {
         const frame = Math.floor((1000 * seconds) / this.frameMs + 1e-6);
         this.wanted = Math.max(0, Math.min(frame, this.frames - 1));
-        this.seeking ??= new Promise((resolve) => requestAnimationFrame(resolve)).then(async () => {
-            this.seeking = null;
-            this.drawFrame(this.wanted);
-            if (this.state === "playing") {
-                await this.startClock();
-            } else {
-                this.setState("paused");
-            }
-        });
+        this.seeking ??= this.goToWanted();
         return this.seeking;
+    }
+
+    /** Bit by bit, where the way is long: meanwhile the page lives on, and the wish may be another one. */
+    async goToWanted() {
+        await new Promise((resolve) => requestAnimationFrame(resolve));
+        while (!this.attempt(() => this.show.approach(this.wanted))) await nextTask();
+        this.seeking = null;
+        this.drawFrame(this.wanted);
+        if (this.state === "playing") {
+            await this.startClock();
+        } else {
+            this.setState("paused");
+        }
     }
 
     /** Time goes on from the frame on screen. */
@@ -189,7 +207,6 @@ export class Player extends EventTarget {
     }
 
     end() {
-        this.attempt(() => this.show.finish());
         this.sound.stop();
         this.shown = this.frames - 1;
         this.setState("ended");
@@ -207,7 +224,7 @@ export class Player extends EventTarget {
         this.attempt(() => this.show.goTo(frame));
         this.shown = frame;
         this.redrawn = false;
-        for (const take of this.takers.splice(0)) this.canvas.toBlob(take);
+        if (!this.drawing.isLost) for (const take of this.takers.splice(0)) this.canvas.toBlob(take);
         this.dispatchEvent(new Event("frame"));
     }
 
@@ -240,6 +257,7 @@ export class Player extends EventTarget {
      * @returns {Promise<Blob>}
      */
     async picture() {
+        if (this.drawing.isLost) throw new Error("There is no picture to save: the graphics card is busy.");
         const blob = await new Promise((resolve) => {
             this.takers.push(resolve);
             this.redraw();
@@ -248,10 +266,21 @@ export class Player extends EventTarget {
         return blob;
     }
 
+    /** Mostly it is back in a moment. */
+    loseContext() {
+        clearTimeout(this.patience);
+        this.patience = setTimeout(() => {
+            this.pause();
+            this.stateBefore = this.state;
+            this.setState("failed");
+        }, PATIENCE);
+    }
+
     restoreContext() {
-        this.drawing.rebuild();
+        clearTimeout(this.patience);
         this.show.engine._forgetDrawn();
-        this.redraw();
+        if (this.state === "failed") this.setState(this.stateBefore);
+        if (this.state !== "loading") this.redraw();
     }
 
     // Show
@@ -261,7 +290,7 @@ export class Player extends EventTarget {
         this.seed = seed;
         this.attempt(() => this.show.begin(seed, this.texts));
         this.shown = 0;
-        this.scout.explore(this.show, seed, this.texts);
+        this.scout.explore(this.show, this.texts, this.frames);
     }
 
     /** @param {{seed?: number}} wishes */
@@ -281,6 +310,7 @@ export class Player extends EventTarget {
         } catch {
             throw new Error("This file is no music that the browser can play.");
         }
+        this.ownMusic = true;
         await this.restart({ seed: this.seed });
     }
 
@@ -350,10 +380,13 @@ export class Player extends EventTarget {
         }
     }
 
-    /** @param {() => void} action that fails for good */
+    /**
+     * @template T
+     * @param {() => T} action that fails for good
+     */
     attempt(action) {
         try {
-            action();
+            return action();
         } catch (error) {
             this.sound.stop();
             this.setState("failed");

@@ -1,12 +1,4 @@
-import {
-    caught,
-    faultsOf,
-    pixelShader,
-    quadShader,
-    straightShader,
-    varyingsOf,
-    vertexShader,
-} from "./glsl.js";
+import { caught, faultsOf, pixelShader, quadShader, varyingsOf, vertexShader } from "./glsl.js";
 
 /**
  * @param {WebGL2RenderingContext} gl
@@ -35,9 +27,12 @@ function faultsOfShader(gl, shader) {
  * What is wrong with a shader by itself.
  * @param {WebGL2RenderingContext} gl
  * @param {boolean} ofVertices
- * @param {string} translated
+ * @param {string} text
  */
-export function faultsOfText(gl, ofVertices, translated) {
+export function faultsOfText(gl, ofVertices, text) {
+    const translated = ofVertices
+        ? vertexShader(text, varyingsOf(text, ""))
+        : pixelShader(text, varyingsOf("", text));
     const shader = compile(gl, ofVertices ? gl.VERTEX_SHADER : gl.FRAGMENT_SHADER, translated);
     const faults = faultsOfShader(gl, shader);
     gl.deleteShader(shader);
@@ -48,18 +43,17 @@ export function faultsOfText(gl, ofVertices, translated) {
  * One program of the show, of two of its shader files. It becomes two of WebGL: the main one, which draws
  * points and pictures and puts the points of lines through the vertex shader, once each; and one that draws
  * lines between such points.
+ *
+ * @typedef {{shaders: WebGLShader[], main: WebGLProgram, lines: WebGLProgram, texels: number}} Launched
  */
 export class Program {
     /**
      * @param {WebGL2RenderingContext} gl
-     * @param {string} vertexText
-     * @param {string} pixelText
-     * @param {boolean} wideLines whether WebGL draws lines as wide as they are
+     * @param {string[]} texts of the vertices, and of the pixels
      */
-    constructor(gl, vertexText, pixelText, wideLines) {
+    constructor(gl, texts) {
         this.gl = gl;
-        this.lineShader = wideLines ? straightShader : quadShader;
-        this.texts = [vertexText, pixelText];
+        this.texts = texts;
         /** @type {Map<string, number>} */
         this.uniforms = new Map();
         /** Changes whenever the same points would come out of it differently. */
@@ -69,49 +63,58 @@ export class Program {
         /** @type {Linked | null} */
         this.lines = null;
         this.texels = 0;
+        /** @type {Launched | null} */
+        this.launched = null;
     }
 
-    /**
-     * Compiles and links anew.
-     * @returns {(import("./glsl.js").Fault & {ofVertices: boolean})[]}
-     */
-    build() {
+    /** @param {string[]} texts */
+    isOf(texts) {
+        return this.texts.every((text, i) => text === texts[i]);
+    }
+
+    /** Has it compiled and linked anew, and waits for nothing. */
+    launch() {
         const { gl } = this;
         const [vertexText, pixelText] = this.texts;
         const varyings = varyingsOf(vertexText, pixelText);
         const vertex = compile(gl, gl.VERTEX_SHADER, vertexShader(vertexText, varyings));
         const pixels = compile(gl, gl.FRAGMENT_SHADER, pixelShader(pixelText, varyings));
-        const line = compile(gl, gl.VERTEX_SHADER, this.lineShader(varyings));
-        /** @type {(first: WebGLShader, second: WebGLShader, kept: string[] | null) => WebGLProgram} */
-        const link = (first, second, kept) => {
+        const line = compile(gl, gl.VERTEX_SHADER, quadShader(varyings));
+        /** @type {(first: WebGLShader, kept: string[] | null) => WebGLProgram} */
+        const link = (first, kept) => {
             const program = /** @type {WebGLProgram} */ (gl.createProgram());
             gl.attachShader(program, first);
-            gl.attachShader(program, second);
-            if (kept) {
-                gl.transformFeedbackVaryings(program, kept, gl.INTERLEAVED_ATTRIBS);
-            }
+            gl.attachShader(program, pixels);
+            if (kept) gl.transformFeedbackVaryings(program, kept, gl.INTERLEAVED_ATTRIBS);
             gl.linkProgram(program);
             return program;
         };
-        const main = link(vertex, pixels, caught(varyings));
-        const lines = link(line, pixels, null);
+        const main = link(vertex, caught(varyings));
+        const lines = link(line, null);
+        this.launched = { shaders: [vertex, pixels, line], main, lines, texels: caught(varyings).length };
+    }
+
+    /**
+     * Takes what was launched in place of what is there, unless it is faulty.
+     * @returns {(import("./glsl.js").Fault & {ofVertices: boolean})[]}
+     */
+    build() {
+        const { gl } = this;
+        if (!this.launched) this.launch();
+        const { shaders, main, lines, texels } = /** @type {Launched} */ (this.launched);
+        this.launched = null;
+        const [vertex, pixels] = shaders;
         const faults = [
             ...faultsOfShader(gl, vertex).map((fault) => ({ ...fault, ofVertices: true })),
             ...faultsOfShader(gl, pixels).map((fault) => ({ ...fault, ofVertices: false })),
         ];
         for (const program of [main, lines]) {
             if (!faults.length && !gl.getProgramParameter(program, gl.LINK_STATUS) && !gl.isContextLost()) {
-                faults.push(
-                    ...faultsOf(gl.getProgramInfoLog(program) ?? "").map((fault) => ({
-                        ...fault,
-                        ofVertices: false,
-                    })),
-                );
+                const said = faultsOf(gl.getProgramInfoLog(program) ?? "");
+                faults.push(...said.map((fault) => ({ ...fault, ofVertices: false })));
             }
         }
-        for (const shader of [vertex, pixels, line]) {
-            gl.deleteShader(shader);
-        }
+        for (const shader of shaders) gl.deleteShader(shader);
         if (faults.length) {
             gl.deleteProgram(main);
             gl.deleteProgram(lines);
@@ -120,7 +123,7 @@ export class Program {
         this.delete();
         this.main = new Linked(gl, main, { show_matrices: 1 });
         this.lines = new Linked(gl, lines, { show_points: 2, show_lines: 3 });
-        this.texels = caught(varyings).length;
+        this.texels = texels;
         ++this.version;
         return [];
     }
@@ -150,6 +153,7 @@ export class Program {
     forget() {
         this.main = null;
         this.lines = null;
+        this.launched = null;
     }
 
     /**

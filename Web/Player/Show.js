@@ -3,6 +3,12 @@ import { Snapshots } from "./Snapshots.js";
 /** A moment to go on from is kept every so many frames, 3.84 s. */
 const SNAPSHOT_FRAMES = 256;
 
+/** The moments of so many rounds are kept, 15 MB each: of half an hour. */
+export const MOST_ROUNDS = 18;
+
+/** So many frames are run at once, on a way that is longer than that. */
+const STEP = 16;
+
 /**
  * The show itself, as WebAssembly, run frame by frame: to any frame, without drawing what nobody will see.
  *
@@ -10,6 +16,9 @@ const SNAPSHOT_FRAMES = 256;
  * then unwinds its stack into its memory, so that a copy of that memory is the whole state of the show, and
  * putting it back returns to that moment. Two things lie outside: the place of the suspended stack, which is
  * kept with the copy, and the pictures and sounds, which are the page's.
+ *
+ * With a song that is longer than the show it goes in rounds: each is a start of its own, with the next seed, and
+ * hears the song from where the round before has ended. Frames are counted through all of them.
  */
 export class Show {
     /**
@@ -21,6 +30,8 @@ export class Show {
     static async load(loadEngine, picture, sound, options = {}) {
         /** @type {import("./Engine.js").Director} */
         const director = {
+            seedFor: (asked) => (show.seed ?? asked) + show.round,
+            trackStart: () => show.round * show.frames * show.frameMs,
             showFrame: (frame, goOn) => show.showFrame(frame, goOn),
             endShow: (status) => show.endShow(status),
         };
@@ -32,18 +43,25 @@ export class Show {
     constructor(engine) {
         this.engine = engine;
         engine.FS.mkdirTree("/data/shaders");
+        engine.FS.writeFile("/data/settings.ini", "");
         this.frameMs = engine._frameMs();
-        this.frames = engine._showFrames();
+        this.frames = engine._showFrames(); // of a round
         this.scenes = Array.from({ length: engine._sceneCount() }, (_, i) => ({
-            name: engine.UTF8ToString(engine._sceneName(i)),
+            name: engine.UTF8ToString(engine._sceneTitle(i)),
             start: (engine._sceneStart(i) * this.frameMs) / 1000,
         }));
         // As it is before anything has run: every start begins here.
         this.blank = new Snapshots();
         this.blank.take(engine, -1);
-        this.snapshots = new Snapshots();
+        /** @type {Map<number, Snapshots>} */
+        this.rounds = new Map();
+        /** @type {number | undefined} */
+        this.seed = undefined;
+        this.keeping = true; // moments to go on from; without, there is no way back but to the start
 
-        this.frame = -1; // that is complete
+        this.round = 0;
+        this.snapshots = new Snapshots(); // of the round
+        this.frame = -1; // of the round, that is complete
         this.goal = 0;
         this.drawn = false; // whether the goal is to be drawn
         this.ended = false;
@@ -58,9 +76,10 @@ export class Show {
      * @param {Map<string, string>} shaders
      */
     begin(seed, shaders) {
-        this.engine.FS.writeFile("/data/settings.ini", seed === undefined ? "" : `seed ${seed}\n`);
+        this.seed = seed;
         for (const [name, text] of shaders) this.setShader(name, text);
-        this.snapshots = new Snapshots();
+        this.rounds = new Map();
+        this.enter(0);
         this.start(false);
     }
 
@@ -73,9 +92,19 @@ export class Show {
         this.engine.FS.writeFile(`/data/shaders/${name}`, text);
     }
 
+    /** @param {number} round */
+    enter(round) {
+        this.round = round;
+        if (!this.keeping) this.rounds.clear();
+        this.snapshots = this.rounds.get(round) ?? new Snapshots();
+        this.rounds.set(round, this.snapshots);
+        const [eldest] = this.rounds.keys();
+        if (this.rounds.size > MOST_ROUNDS) this.rounds.delete(eldest);
+        this.ended = true; // there is nothing to go on from
+    }
+
     /** @param {boolean} drawn */
     start(drawn) {
-        this.engine.picture.reset();
         this.blank.restore(this.engine, -1);
         this.ended = false;
         this.frame = -1;
@@ -85,11 +114,11 @@ export class Show {
     }
 
     /**
-     * Runs to a frame, forwards or backwards, and draws that one. Stands still there, unless the show ends
-     * before.
-     * @param {number} frame
+     * Runs to a frame, forwards or backwards, and draws that one. Stands still there.
+     * @param {number} number
      */
-    goTo(frame, drawn = true) {
+    goTo(number, drawn = true) {
+        const frame = this.enterRoundOf(number);
         if (frame === 0 && drawn) {
             this.start(true);
             return;
@@ -116,24 +145,50 @@ export class Show {
         this.checkEnd();
     }
 
-    /** Runs to the end. */
-    finish() {
-        this.goTo(Infinity, false);
+    /**
+     * Runs towards a frame for some ms, and answers whether the rest is but a step.
+     * @param {number} number
+     */
+    approach(number, milliseconds = 30) {
+        const end = performance.now() + milliseconds;
+        const frame = this.enterRoundOf(number);
+        for (;;) {
+            const here = this.ended || this.frame >= frame ? -1 : this.frame;
+            const from = Math.max(here, this.snapshots.before(frame));
+            if (frame - from <= STEP) return true;
+            if (performance.now() > end) return false;
+            this.goTo(number - frame + Math.max(from + STEP, 0), false);
+        }
     }
 
-    /** Whether moments to go on from are kept of the whole show. */
-    get explored() {
-        return this.snapshots.last + SNAPSHOT_FRAMES >= this.frames;
+    /** @param {number} number */
+    enterRoundOf(number) {
+        const round = Math.floor(number / this.frames);
+        if (round !== this.round) this.enter(round);
+        return number % this.frames;
     }
 
-    /** Runs on by some frames where no moment has been kept yet. */
-    explore(frames = 8) {
-        this.goTo(Math.max(this.frame, this.snapshots.last) + frames, false);
+    /**
+     * Runs on by some frames where no moment has been kept yet; answers whether there are any such.
+     * @param {number} length of the song, in frames
+     */
+    explore(length) {
+        const frames = Math.min(length, MOST_ROUNDS * this.frames);
+        for (let first = 0; first < frames; first += this.frames) {
+            const last = this.rounds.get(first / this.frames)?.last ?? -1;
+            const end = Math.min(frames - first, this.frames);
+            if (last + SNAPSHOT_FRAMES < end) {
+                this.enterRoundOf(first);
+                this.goTo(first + Math.max(this.ended ? -1 : this.frame, last) + STEP / 2, false);
+                return true;
+            }
+        }
+        return false;
     }
 
     /** @param {number} frame */
     isDue(frame) {
-        return frame % SNAPSHOT_FRAMES === 0 && !this.snapshots.has(frame);
+        return this.keeping && frame % SNAPSHOT_FRAMES === 0 && !this.snapshots.has(frame);
     }
 
     nextDrawn() {

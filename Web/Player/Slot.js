@@ -3,13 +3,9 @@ const ROW = 1024;
 
 /** A list on the graphics card, kept in a buffer. */
 class ListBuffer {
-    /**
-     * @param {WebGL2RenderingContext} gl
-     * @param {number} target
-     */
-    constructor(gl, target = gl.ARRAY_BUFFER) {
+    /** @param {WebGL2RenderingContext} gl */
+    constructor(gl) {
         this.gl = gl;
-        this.target = target;
         this.buffer = gl.createBuffer();
         this.capacity = 0; // numbers
     }
@@ -21,16 +17,15 @@ class ListBuffer {
             return false;
         }
         const size = items.length / count;
-        gl.bindVertexArray(null); // which would take the list for its own
-        gl.bindBuffer(this.target, this.buffer);
+        gl.bindBuffer(gl.ARRAY_BUFFER, this.buffer);
         if (items.length > this.capacity) {
             this.capacity = 2 * items.length;
-            gl.bufferData(this.target, 4 * this.capacity, gl.DYNAMIC_DRAW);
+            gl.bufferData(gl.ARRAY_BUFFER, 4 * this.capacity, gl.DYNAMIC_DRAW);
             changedFrom = 0;
             changedTo = count;
         }
         gl.bufferSubData(
-            this.target,
+            gl.ARRAY_BUFFER,
             4 * size * changedFrom,
             items,
             size * changedFrom,
@@ -138,17 +133,13 @@ class ListTexture {
  * mostly the same.
  */
 export class Slot {
-    /**
-     * @param {WebGL2RenderingContext} gl
-     * @param {boolean} wide whether lines are drawn as they are, not as quads
-     */
-    constructor(gl, wide) {
+    /** @param {WebGL2RenderingContext} gl */
+    constructor(gl) {
         this.gl = gl;
         this.points = new ListBuffer(gl);
         this.owners = new ListBuffer(gl);
         this.matrices = new ListTexture(gl, 4, 4, gl.RGBA32F, gl.RGBA, gl.FLOAT);
-        this.elements = wide ? new ListBuffer(gl, gl.ELEMENT_ARRAY_BUFFER) : null;
-        this.lines = wide ? null : new ListTexture(gl, ROW, 2, gl.RG32UI, gl.RG_INTEGER, gl.UNSIGNED_INT);
+        this.lines = new ListTexture(gl, ROW, 2, gl.RG32UI, gl.RG_INTEGER, gl.UNSIGNED_INT);
         this.transformed = new ListTexture(gl, ROW, 4, gl.RGBA32F, gl.RGBA, gl.FLOAT);
         this.caught = gl.createBuffer();
         this.catching = gl.createTransformFeedback();
@@ -167,7 +158,6 @@ export class Slot {
         gl.bindBuffer(gl.ARRAY_BUFFER, this.owners.buffer);
         gl.enableVertexAttribArray(2);
         gl.vertexAttribIPointer(2, 1, gl.UNSIGNED_INT, 4, 0);
-        this.lineArray = gl.createVertexArray();
         gl.bindVertexArray(null);
     }
 
@@ -177,8 +167,7 @@ export class Slot {
      */
     take({ points, owners, matrices, lines }) {
         const changes = [this.points.take(points), this.owners.take(owners), this.matrices.take(matrices, 4)];
-        this.elements?.take(lines);
-        this.lines?.take(lines, 0.5);
+        this.lines.take(lines, 0.5);
         this.changed ||= changes.some((changed) => changed);
     }
 
@@ -226,31 +215,9 @@ export class Slot {
         gl.bindTransformFeedback(gl.TRANSFORM_FEEDBACK, null);
         gl.bindVertexArray(null);
 
-        if (this.elements) {
-            this.arrange(this.elements, program.texels);
-        } else {
-            this.transformed.reserve(texels);
-            gl.bindBuffer(gl.PIXEL_UNPACK_BUFFER, this.caught);
-            gl.texSubImage2D(gl.TEXTURE_2D, 0, 0, 0, ROW, rows, gl.RGBA, gl.FLOAT, 0);
-            gl.bindBuffer(gl.PIXEL_UNPACK_BUFFER, null);
-        }
-    }
-
-    /**
-     * The points that were caught, as vertices of lines.
-     * @param {ListBuffer} elements which two are a line
-     * @param {number} texels of each point
-     */
-    arrange(elements, texels) {
-        const { gl } = this;
-        gl.bindVertexArray(this.lineArray);
-        gl.bindBuffer(gl.ELEMENT_ARRAY_BUFFER, elements.buffer);
-        gl.bindBuffer(gl.ARRAY_BUFFER, this.caught);
-        for (let i = 0; i < texels; ++i) {
-            gl.enableVertexAttribArray(i);
-            gl.vertexAttribPointer(i, 4, gl.FLOAT, false, 16 * texels, 16 * i);
-        }
-        gl.bindVertexArray(null);
-        gl.bindBuffer(gl.ARRAY_BUFFER, null); // or it could not be written to again
+        this.transformed.reserve(texels);
+        gl.bindBuffer(gl.PIXEL_UNPACK_BUFFER, this.caught);
+        gl.texSubImage2D(gl.TEXTURE_2D, 0, 0, 0, ROW, rows, gl.RGBA, gl.FLOAT, 0);
+        gl.bindBuffer(gl.PIXEL_UNPACK_BUFFER, null);
     }
 }

@@ -56,8 +56,6 @@ export class Snapshots {
      */
     restore(engine, frame) {
         const { pages, stack, suspended } = /** @type {Moment} */ (this.moments.get(frame));
-        const kept = pages.length * PAGE;
-        engine.HEAPU8.fill(0, kept, Math.max(engine._sbrk(0), kept)); // as it was before it was used
         pages.forEach((page, i) => engine.HEAPU8.set(page, i * PAGE));
         engine.stackRestore(stack);
         engine.Asyncify.currData = suspended;
@@ -71,5 +69,6 @@ export class Snapshots {
 function isEqual(a, b) {
     const left = new Uint32Array(a.buffer, a.byteOffset, PAGE / 4);
     const right = new Uint32Array(b.buffer, b.byteOffset, PAGE / 4);
-    return left.every((word, i) => word === right[i]);
+    for (let i = 0; i < left.length; ++i) if (left[i] !== right[i]) return false;
+    return true;
 }

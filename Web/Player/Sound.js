@@ -13,7 +13,8 @@ export class Sound {
         this.rate = RATE;
         /** @type {AudioBuffer | null} */
         this.buffer = null;
-        this.left = new Int16Array(0);
+        this.gain = 1; // of what the show hears
+        this.samples = new Float32Array(0); // for a moment
         /** @type {{context: AudioContext, gain: GainNode, analyser: AnalyserNode} | null} */
         this.device = null;
         /** @type {AudioBufferSourceNode | null} */
@@ -33,7 +34,12 @@ export class Sound {
 
     /** Sound frames of the track. */
     get length() {
-        return this.left.length;
+        return this.buffer?.length ?? 0;
+    }
+
+    /** Seconds. */
+    get duration() {
+        return this.buffer?.duration ?? 0;
     }
 
     /**
@@ -45,20 +51,24 @@ export class Sound {
         const buffer = await decoder.decodeAudioData(file);
         this.stop();
         this.buffer = buffer;
-        this.left = Int16Array.from(buffer.getChannelData(0), (sample) =>
-            Math.max(-32768, Math.min(32767, Math.round(sample * 32768))),
-        );
     }
 
     /**
-     * The show's own call, see Engine/page.h.
+     * The show's own call, see Engine/page.h. Of all the samples only those that it asks for become whole numbers:
+     * a long song is played as soon as it is decoded.
      * @param {number} first
      * @param {number} count
      * @param {Int16Array} memory
      * @param {number} place
      */
     copy(first, count, memory, place) {
-        for (let i = 0; i < count; ++i) memory[place + 2 * i] = this.left[first + i] ?? 0;
+        if (this.samples.length !== count) this.samples = new Float32Array(count);
+        const before = Math.min(Math.max(0, -first), count);
+        this.samples.fill(0);
+        if (before < count) this.buffer?.copyFromChannel(this.samples.subarray(before), 0, first + before);
+        for (let i = 0; i < count; ++i) {
+            memory[place + 2 * i] = Math.max(-32768, Math.min(32767, Math.round(32768 * this.samples[i])));
+        }
     }
 
     /**

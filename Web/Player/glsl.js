@@ -123,24 +123,8 @@ const PARTS = { float: ".x", vec2: ".xy", vec3: ".xyz", vec4: "" };
 export const caught = (varyings) => ["gl_Position", ...varyings.map(({ name }) => `caught_${name}`)];
 
 /**
- * Lines between points that have been through the vertex shader, where WebGL draws them as wide as they are.
- * @param {Varying[]} varyings
- */
-export function straightShader(varyings) {
-    return `${PRECISION}
-layout(location = 0) in vec4 show_place;
-${varyings.map(({ name }, i) => `layout(location = ${i + 1}) in vec4 caught_${name};`).join("\n")}
-${varyings.map(({ type, name }) => `out ${type} ${name};`).join("\n")}
-void main() {
-    gl_Position = show_place;
-${varyings.map(({ type, name }) => `    ${name} = caught_${name}${PARTS[type]};`).join("\n")}
-}
-`;
-}
-
-/**
- * Lines that are wider than WebGL draws them: a quad each, made of two points that have been through the
- * vertex shader. Cut where they come too near, widened across the axis along which they are shorter, as
+ * Lines, which hardly any WebGL draws as wide as they are: a quad each, made of two points that have been through
+ * the vertex shader. Cut where they come too near, widened across the axis along which they are shorter, as
  * OpenGL does it.
  * @param {Varying[]} varyings
  */
