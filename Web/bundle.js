@@ -1,6 +1,7 @@
 // Bundles the page into build/web, or into the folder that is named: page.js, and editor.js for whoever opens it.
+// What the show itself knows, its title's letters for one, is written into index.html.
 import { build } from "esbuild";
-import { copyFile, mkdir, readFile, writeFile } from "node:fs/promises";
+import { copyFile, mkdir, readdir, readFile, stat, writeFile } from "node:fs/promises";
 import { fileURLToPath } from "node:url";
 
 const here = (/** @type {string} */ path) => fileURLToPath(new URL(path, import.meta.url));
@@ -8,7 +9,7 @@ const outdir = process.argv[2] ?? here("../build/web");
 
 await mkdir(outdir, { recursive: true });
 const { metafile } = await build({
-    entryPoints: [here("Page/page.js"), here("Page/editor.js")],
+    entryPoints: ["page.js", "first.js", "editor.js", "style.css"].map((name) => here(`Page/${name}`)),
     outdir,
     bundle: true,
     format: "esm",
@@ -19,7 +20,45 @@ const { metafile } = await build({
     metafile: true,
     logLevel: "warning",
 });
-for (const file of ["index.html", "style.css"]) await copyFile(here(`Page/${file}`), `${outdir}/${file}`);
+
+/** A word in the line letters of the show, as a path: letters a unit wide and high, 1.5 from one to the next. */
+async function write(/** @type {string} */ word) {
+    const font = await readFile(here("../Sources/Objects/Font.cpp"), "utf8");
+    const lines = [...word].flatMap((letter, place) => {
+        const glyph = font.match(
+            new RegExp(`\\{'${letter}',\\s*\\{\\{(.*?)\\}\\},\\s*\\{([\\d, ]+)\\}\\}`, "s"),
+        );
+        const [corners, segments] = (glyph ?? [])
+            .slice(1)
+            .map((text) => text.match(/-?\d+(\.\d+)?/g)?.map(Number));
+        if (!corners || !segments) throw new Error(`Font.cpp has no letter ${letter}`);
+        return segments.map(
+            (at, end) => `${"ML"[end % 2]}${corners[2 * at] + 1.5 * place} ${corners[2 * at + 1]}`,
+        );
+    });
+    return lines.join("");
+}
+
+/** Bytes of all that is fetched before the show can start. */
+async function weigh() {
+    const shaders = (await readdir(`${outdir}/data/shaders`)).map((name) => `data/shaders/${name}`);
+    const files = ["quelar.wasm", "data/music/quelar.mp3", ...shaders].map((name) =>
+        stat(`${outdir}/${name}`),
+    );
+    return (await Promise.all(files)).reduce((sum, { size }) => sum + size, 0);
+}
+
+/** @type {Record<string, string | number>} */
+const known = {
+    bytes: await weigh(),
+    title: await write("quelar"),
+};
+const index = await readFile(here("Page/index.html"), "utf8");
+await writeFile(
+    `${outdir}/index.html`,
+    index.replace(/\{\{(\w+)\}\}/g, (_, name) => String(known[name])),
+);
+await copyFile(here("../Packaging/quelar.svg"), `${outdir}/icon.svg`);
 
 // The licences of what is bundled, as each of them asks for.
 const packages = new Set(

@@ -3,12 +3,14 @@
 import { watch } from "node:fs";
 import { readFile } from "node:fs/promises";
 import { createServer } from "node:http";
-import { extname, normalize } from "node:path";
+import { extname, join } from "node:path";
 import { fileURLToPath } from "node:url";
+import { promisify } from "node:util";
+import { gzip } from "node:zlib";
 
 const folder = (/** @type {string} */ path) => fileURLToPath(new URL(path, import.meta.url));
 const PAGE = folder("../build/web");
-const SHADERS = folder("../data/shaders");
+const DATA = folder("../data");
 
 /** @type {Record<string, string>} */
 const TYPES = {
@@ -17,37 +19,45 @@ const TYPES = {
     ".jpg": "image/jpeg",
     ".js": "text/javascript",
     ".mp3": "audio/mpeg",
+    ".svg": "image/svg+xml",
     ".wasm": "application/wasm",
+    ".webmanifest": "application/manifest+json",
 };
+const DENSE = [".jpg", ".mp3"]; // as they are
+const [, policy] =
+    (await readFile(`${PAGE}/index.html`, "utf8")).match(/content="(default-src [^"]+)"/) ?? [];
 
 /** @type {Set<import("node:http").ServerResponse>} */
 const followers = new Set();
 
-watch(SHADERS, (_, name) => {
+watch(`${DATA}/shaders`, (_, name) => {
     for (const follower of followers) follower.write(`data: ${name}\n\n`);
 });
 
-const server = createServer(async (request, answer) => {
-    const path = normalize(decodeURIComponent(new URL(request.url ?? "/", "http://localhost").pathname));
-    if (path === "/events") {
-        answer
-            .writeHead(200, { "Content-Type": "text/event-stream", "Cache-Control": "no-store" })
-            .flushHeaders();
-        followers.add(answer);
-        request.on("close", () => followers.delete(answer));
-        return;
-    }
-    const file = path.endsWith("/") ? `${path}index.html` : path;
-    const shader = file.match(/^\/data\/shaders\/([^/]+)$/);
+const server = createServer(async ({ headers, url = "/" }, answer) => {
     try {
-        const bytes = await readFile(shader ? `${SHADERS}/${shader[1]}` : PAGE + file);
+        const path = join("/", decodeURIComponent(url.replace(/[?#].*/s, "")));
+        if (path === "/events") {
+            answer
+                .writeHead(200, { "Content-Type": "text/event-stream", "Cache-Control": "no-store" })
+                .flushHeaders();
+            followers.add(answer);
+            answer.on("close", () => followers.delete(answer));
+            return;
+        }
+        const file = path.endsWith("/") ? `${path}index.html` : path;
+        const bytes = await readFile(file.startsWith("/data/shaders/") ? DATA + file.slice(5) : PAGE + file);
+        const packed = !DENSE.includes(extname(file)) && /\bgzip\b/.test(headers["accept-encoding"] ?? "");
+        const body = packed ? await promisify(gzip)(bytes) : bytes;
         answer.writeHead(200, {
             "Content-Type": TYPES[extname(file)] ?? "text/plain; charset=utf-8",
-            "Content-Length": bytes.length,
+            "Content-Length": body.length,
+            ...(packed && { "Content-Encoding": "gzip" }),
             "Cache-Control": "no-cache",
+            ...(policy && { "Content-Security-Policy": policy }),
             "Server-Timing": 'saves;desc="events"', // the page asks there
         });
-        answer.end(bytes);
+        answer.end(body);
     } catch {
         answer.writeHead(404).end();
     }

@@ -4,12 +4,14 @@ import { readLink, writeLink } from "./link.js";
 import { say } from "./notice.js";
 
 /** @typedef {import("../Player/Player.js").Player} Player */
+/** @typedef {ReturnType<typeof import("./look.js").lookInside>} Look */
 
 /**
  * What a visitor can ask for, by whichever button or key.
  * @param {Player} player
+ * @param {Look} look
  */
-export function actions(player) {
+export function actions(player, look) {
     return {
         async toggle() {
             if (player.state === "playing") player.pause();
@@ -21,6 +23,9 @@ export function actions(player) {
         async fullScreen() {
             if (document.fullscreenElement) await document.exitFullscreen();
             else await document.documentElement.requestFullscreen?.({ navigationUI: "hide" });
+        },
+        async leave() {
+            if (look.close() && document.fullscreenElement) await document.exitFullscreen();
         },
         async save() {
             download(await player.picture(), `quelar-${player.time.toFixed(3)}.png`);
@@ -34,11 +39,7 @@ export function actions(player) {
                 () => true,
                 () => false,
             );
-            say(
-                copied
-                    ? "The link to this moment is copied."
-                    : "The link to this moment is in the address bar.",
-            );
+            say(`The link to this moment is ${copied ? "copied" : "in the address bar"}.`);
         },
     };
 }
@@ -51,6 +52,7 @@ export function actions(player) {
  * @param {Actions} act
  */
 export function controls(player, act) {
+    const bar = element("controls", HTMLElement);
     const play = element("play", HTMLButtonElement);
     const mute = element("mute", HTMLButtonElement);
     const full = element("full", HTMLButtonElement);
@@ -58,6 +60,10 @@ export function controls(player, act) {
     const copy = element("copy", HTMLButtonElement);
     const loudness = element("loudness", HTMLInputElement);
 
+    // A pointer leaves nothing behind that would keep the controls in sight.
+    bar.addEventListener("click", ({ detail: clicks, target }) => {
+        if (clicks && target !== loudness) element("stage", HTMLElement).focus({ preventScroll: true });
+    });
     play.addEventListener("click", act.toggle);
     full.addEventListener("click", act.fullScreen);
     save.addEventListener("click", act.save);

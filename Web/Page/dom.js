@@ -12,6 +12,27 @@ export function element(id, type) {
 }
 
 /**
+ * @template {keyof HTMLElementTagNameMap} T
+ * @param {T} tag
+ * @param {Record<string, string>} attributes
+ * @param {...(Node | string)} inside
+ * @returns {HTMLElementTagNameMap[T]}
+ */
+export function make(tag, attributes, ...inside) {
+    const made = document.createElement(tag);
+    for (const [name, value] of Object.entries(attributes)) made.setAttribute(name, value);
+    made.append(...inside);
+    return made;
+}
+
+/** @param {string} label @param {() => unknown} act */
+export function makeButton(label, act) {
+    const made = make("button", { type: "button" }, label);
+    made.addEventListener("click", act);
+    return made;
+}
+
+/**
  * Says what a button does, to eyes, pointers and screen readers.
  * @param {HTMLElement} button
  * @param {string} label
@@ -21,6 +42,7 @@ export function describe(button, label, key) {
     if (button.ariaLabel === label) return;
     button.ariaLabel = label;
     button.title = key ? `${label} (${key})` : label;
+    if (key) button.setAttribute("aria-keyshortcuts", key);
 }
 
 /**

@@ -13,34 +13,38 @@ import {
 } from "@codemirror/view";
 import { tags } from "@lezer/highlight";
 
-import { download } from "./dom.js";
+import { download, make, makeButton } from "./dom.js";
 
 /** @typedef {import("../Player/Player.js").Player} Player */
 /** @typedef {{line: number, message: string}} Problem */
 
 const PAUSE_MS = 200; // in the typing, before a text is compiled
 
-const LOOK = [
+const THEME = [
     EditorView.theme(
         {
             "&": { height: "100%", backgroundColor: "#000", color: "#c8c8c8" },
+            "&.cm-focused": { outline: "none" },
             ".cm-scroller": { fontFamily: "inherit", lineHeight: "1.5" },
-            ".cm-gutters": { backgroundColor: "#000", color: "#666", border: "none" },
+            ".cm-gutters": { backgroundColor: "#000", color: "#999", border: "none" },
             ".cm-activeLine, .cm-activeLineGutter": { backgroundColor: "#141414" },
             ".cm-cursor": { borderLeftColor: "#f33" },
             "&.cm-focused > .cm-scroller > .cm-selectionLayer .cm-selectionBackground, .cm-selectionBackground":
-                {
-                    backgroundColor: "#4a1414",
-                },
+                { backgroundColor: "#4a1414" },
             ".cm-matchingBracket": { backgroundColor: "#333 !important", color: "#fff" },
             ".cm-tooltip": { backgroundColor: "#1a1a1a", color: "#eee", border: "1px solid #444" },
-            ".cm-lintRange-error": { backgroundColor: "#400c0c" },
+            ".cm-lintRange-error": {
+                backgroundColor: "#400c0c",
+                backgroundImage: "none", // which the page does not allow, as it would be a data: address
+                textDecoration: "underline wavy #ff6b6b",
+            },
+            ".cm-lint-marker-error": { content: "normal", borderRadius: "50%", background: "#ff6b6b" },
         },
         { dark: true },
     ),
     syntaxHighlighting(
         HighlightStyle.define([
-            { tag: tags.comment, color: "#7d7d7d" },
+            { tag: tags.comment, color: "#8c8c8c" },
             { tag: [tags.keyword, tags.typeName, tags.standard(tags.name)], color: "#7fd6ff" },
             { tag: [tags.number, tags.atom], color: "#ffd24d" },
             { tag: tags.meta, color: "#ff7a7a" },
@@ -48,27 +52,13 @@ const LOOK = [
     ),
 ];
 
-/**
- * @template {keyof HTMLElementTagNameMap} T
- * @param {T} tag
- * @param {Record<string, string>} attributes
- * @param {...(Node | string)} inside
- * @returns {HTMLElementTagNameMap[T]}
- */
-function make(tag, attributes, ...inside) {
-    const made = document.createElement(tag);
-    for (const [name, value] of Object.entries(attributes)) made.setAttribute(name, value);
-    made.append(...inside);
-    return made;
-}
-
 /** The six shader texts in tabs. What is typed is compiled at once; a bad text is marked, the last good one stays. */
 export class Editor {
     #player;
     #view;
     #tabs;
     #says = make("p", { id: "verdict", role: "status" });
-    /** @type {Map<string, {state: EditorState, original: string, problems: Problem[]}>} */
+    /** @type {Map<string, {state: EditorState, problems: Problem[]}>} */
     #texts = new Map();
     #name;
     /** @type {ReturnType<typeof setTimeout> | undefined} */
@@ -77,13 +67,13 @@ export class Editor {
     /**
      * @param {HTMLElement} panel to fill
      * @param {Player} player
+     * @param {Map<string, string>} files what a reset goes back to
      * @param {() => void} close
      */
-    constructor(panel, player, close) {
+    constructor(panel, player, files, close) {
         this.#player = player;
         for (const name of player.shaders) {
-            const original = player.shaderText(name);
-            this.#texts.set(name, { state: this.#fresh(original), original, problems: [] });
+            this.#texts.set(name, { state: this.#fresh(player.shaderText(name)), problems: [] });
         }
         this.#name = player.shaders[0];
         this.#tabs = player.shaders.map((name) => {
@@ -94,23 +84,19 @@ export class Editor {
         const list = make("div", { role: "tablist", "aria-label": "Shaders" }, ...this.#tabs);
         list.addEventListener("keydown", (event) => this.#step(event));
 
-        const parent = make("div", { id: "text", role: "tabpanel" });
-        this.#view = new EditorView({ parent, state: this.#texts.get(this.#name)?.state });
+        // Where styles are kept apart, the editor's come without a style element, which the page does not allow.
+        const tabpanel = make("div", { id: "text", role: "tabpanel" });
+        const parent = tabpanel.attachShadow({ mode: "open", delegatesFocus: true });
+        this.#view = new EditorView({ parent, root: parent, state: this.#text.state });
 
-        /** @param {string} label @param {() => void} act */
-        const button = (label, act) => {
-            const made = make("button", { type: "button" }, label);
-            made.addEventListener("click", act);
-            return made;
-        };
         const row = make(
             "div",
             { class: "row" },
-            button("Reset", () => this.#write(this.#text.original)),
-            button("Download", () => download(new Blob([this.#view.state.doc.toString()]), this.#name)),
-            button("Close", close),
+            makeButton("Reset", () => this.#write(files.get(this.#name) ?? "")),
+            makeButton("Download", () => download(new Blob([this.#view.state.doc.toString()]), this.#name)),
+            makeButton("Close", close),
         );
-        panel.replaceChildren(list, parent, this.#says, row);
+        panel.replaceChildren(list, tabpanel, this.#says, row);
         this.#open(this.#name);
     }
 
@@ -119,7 +105,7 @@ export class Editor {
     }
 
     /**
-     * Takes over a text that was changed elsewhere, which a reset goes back to from now on.
+     * Takes over a text that was changed elsewhere.
      * @param {string} name
      * @param {string} text
      * @returns {Problem[]}
@@ -128,7 +114,6 @@ export class Editor {
         this.#keep();
         const kept = this.#texts.get(name);
         if (!kept) return [];
-        kept.original = text;
         kept.state = this.#fresh(text);
         if (name === this.#name) this.#view.setState(kept.state);
         return this.#compile(name, text);
@@ -153,7 +138,7 @@ export class Editor {
                 highlightActiveLine(),
                 highlightActiveLineGutter(),
                 StreamLanguage.define(shader),
-                LOOK,
+                THEME,
                 keymap.of([...defaultKeymap, ...historyKeymap, ...lintKeymap]),
                 EditorView.contentAttributes.of({ "aria-label": "Text of the shader" }),
                 EditorView.updateListener.of(({ docChanged }) => docChanged && this.#typed()),

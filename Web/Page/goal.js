@@ -1,7 +1,5 @@
 /** @typedef {import("../Player/Player.js").Player} Player */
 
-const FRAME = 0.015; // seconds
-
 /** Where the show is told to go: steps asked for in a burst add up, though the show follows only the newest. */
 export class Goal {
     #player;
@@ -15,8 +13,8 @@ export class Goal {
 
     /** Seconds of the show: those it was told to go to, until it has left the frame that shows them. */
     get time() {
-        const { time } = this.#player;
-        const there = this.#seconds >= time && this.#seconds < time + FRAME;
+        const { time, frameMs } = this.#player;
+        const there = this.#seconds >= time && this.#seconds < time + frameMs / 1000;
         return this.#underWay || there ? this.#seconds : time;
     }
 

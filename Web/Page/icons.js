@@ -15,6 +15,8 @@ const LINES = {
 
 /** @typedef {keyof typeof LINES} Icon */
 
+const SVG = "http://www.w3.org/2000/svg";
+
 /**
  * Draws an icon on a button in place of the last one.
  * @param {HTMLElement} button
@@ -23,5 +25,11 @@ const LINES = {
 export function draw(button, icon) {
     if (button.dataset.icon === icon) return;
     button.dataset.icon = icon;
-    button.innerHTML = `<svg viewBox="0 0 24 24" aria-hidden="true"><path d="${LINES[icon]}"/></svg>`;
+    const svg = document.createElementNS(SVG, "svg");
+    svg.setAttribute("viewBox", "0 0 24 24");
+    svg.ariaHidden = "true";
+    const lines = document.createElementNS(SVG, "path");
+    lines.setAttribute("d", LINES[icon]);
+    svg.append(lines);
+    button.replaceChildren(svg);
 }

@@ -6,12 +6,14 @@ import { followFiles } from "./reload.js";
 /** @typedef {import("../Player/Player.js").Player} Player */
 
 /**
- * The button that opens the shader texts; their editor is fetched when they are opened first.
+ * The look of the show, which is its shader texts, and the button that opens them; their editor is fetched when
+ * they are opened first.
  * @param {Player} player
  */
 export function lookInside(player) {
     const button = element("look", HTMLButtonElement);
     const panel = element("editor", HTMLElement);
+    const files = new Map(player.shaders.map((name) => [name, player.shaderText(name)]));
     /** @type {Promise<import("./editor.js").Editor> | undefined} */
     let loading;
     draw(button, "code");
@@ -26,19 +28,52 @@ export function lookInside(player) {
         if (!panel.hidden) return close();
         panel.hidden = false;
         button.ariaExpanded = "true";
-        loading ??= import("./editor.js").then(({ Editor }) => new Editor(panel, player, close));
+        loading ??= import("./editor.js").then(({ Editor }) => new Editor(panel, player, files, close));
         try {
             (await loading).focus();
         } catch {
             loading = undefined;
             close();
-            say("The editor cannot be loaded.");
+            say("The editor cannot be loaded.", { label: "Try again", act: () => button.click() });
         }
     });
-    followFiles(player.shaders, async (name, text) => {
+
+    /** @param {string} name @param {string} text */
+    const wear = async (name, text) => {
         const editor = await loading;
-        const problems = editor ? editor.replace(name, text) : player.setShader(name, text);
-        const [first] = problems ?? [];
+        return (editor ? editor.replace(name, text) : player.setShader(name, text)) ?? [];
+    };
+    followFiles(player.shaders, async (name, text) => {
+        files.set(name, text);
+        const [first] = await wear(name, text);
         say(first ? `${name}, line ${first.line}: ${first.message}` : `${name} is read anew.`);
     });
+
+    return {
+        /** Closes the texts, if they are open. */
+        close() {
+            if (!panel.hidden) close();
+            return panel.hidden;
+        },
+        /** The texts that are not those of the files. */
+        get changed() {
+            const texts = player.shaders.map((name) => [name, player.shaderText(name)]);
+            return Object.fromEntries(texts.filter(([name, text]) => text !== files.get(name)));
+        },
+        /**
+         * Puts other texts on, in whichever order they fit each other, and says which do not.
+         * @param {Record<string, string>} texts
+         */
+        async wear(texts) {
+            let left = player.shaders.filter((name) => texts[name] !== undefined);
+            for (let before = Infinity; left.length && left.length < before;) {
+                before = left.length;
+                const faulty = [];
+                for (const name of left) if ((await wear(name, texts[name])).length) faulty.push(name);
+                left = faulty;
+            }
+            for (const name of left) await wear(name, player.shaderText(name));
+            return left;
+        },
+    };
 }

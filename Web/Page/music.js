@@ -5,32 +5,43 @@ import { say } from "./notice.js";
 /** @typedef {import("../Player/Player.js").Player} Player */
 
 /**
- * Music of the visitor's own, chosen or dropped anywhere; the show starts over with it.
+ * Music of the visitor's own, chosen or dropped anywhere; the show starts over with it. Of several the last counts.
  * @param {Promise<Player>} beginning of the show: before that no browser lets a page sound
  */
 export function ownMusic(beginning) {
     const button = element("music", HTMLButtonElement);
     const file = element("file", HTMLInputElement);
     const { dataset } = document.documentElement;
+    /** @type {File | undefined} */
+    let newest;
+    let turn = Promise.resolve();
     draw(button, "music");
     describe(button, "Play it with music of your own");
 
-    /** @param {File} track */
-    const take = async (track) => {
+    /** @param {File | undefined} track */
+    const take = (track) => {
+        if (!track) return;
+        newest = track;
         say(`${track.name} it is.`);
-        const player = await beginning;
-        say(`Reading ${track.name} …`);
-        try {
-            await player.setTrack(await track.arrayBuffer());
-            say(`The music is ${track.name} now.`);
-        } catch (error) {
-            say(error instanceof Error ? error.message : String(error));
-        }
+        turn = turn.then(async () => {
+            const player = await beginning;
+            if (track !== newest) return;
+            say(`Reading ${track.name} …`);
+            try {
+                await player.setTrack(await track.arrayBuffer());
+                say(`The music is ${track.name} now.`);
+            } catch (error) {
+                say(
+                    error instanceof DOMException
+                        ? "This file cannot be read."
+                        : String(Object(error).message),
+                );
+            }
+        });
     };
     button.addEventListener("click", () => file.click());
-    file.addEventListener("change", async () => {
-        const [track] = file.files ?? [];
-        if (track) await take(track);
+    file.addEventListener("change", () => {
+        take(file.files?.[0]);
         file.value = ""; // the same file can be chosen again
     });
 
@@ -44,7 +55,6 @@ export function ownMusic(beginning) {
     document.addEventListener("drop", (event) => {
         event.preventDefault();
         delete dataset.drop;
-        const [track] = event.dataTransfer?.files ?? [];
-        if (track) take(track);
+        take(event.dataTransfer?.files[0]);
     });
 }

@@ -32,7 +32,7 @@ function show(player) {
     dataset.show = idle ? (begun ? "paused" : "ready") : player.state;
     bar.inert = !begun || player.state === "failed";
     if (player.state === "ended") front.again();
-    if (player.state === "failed") front.fail("The picture is lost; loading the page again brings it back.");
+    if (player.state === "failed") front.fail("The picture is lost, or the show could not go on.");
 }
 
 /**
@@ -52,9 +52,7 @@ async function follow(player, goal) {
     }
 }
 
-/** @returns {Promise<Player>} */
 async function load() {
-    if (!Player.supported()) throw new Error("This browser has no WebGL 2, which the show is drawn with.");
     const { seed, size } = link;
     if (size) {
         style.setProperty("--aspect", String(size.width / size.height));
@@ -67,13 +65,13 @@ async function load() {
 /** @param {Player} player */
 async function open(player) {
     const goal = new Goal(player);
-    const act = actions(player);
+    const look = lookInside(player);
+    const act = actions(player, look);
     Object.assign(window, { quelar: player }); // for the curious, and for tests
     player.addEventListener("frame", () => (dataset.drawn = ""), { once: true });
-    timeline(player, goal);
+    const line = timeline(player, goal);
     controls(player, act);
-    keys(act, goal);
-    lookInside(player);
+    keys(player, act, goal, line);
     stayAwake(player);
     watchIdle();
     addEventListener("hashchange", async () => {
@@ -82,8 +80,10 @@ async function open(player) {
         if (JSON.stringify(link.size) !== JSON.stringify(last.size)) return location.reload();
         if (link.seed !== last.seed) {
             const playing = player.state === "playing";
-            await player.restart({ seed: link.seed });
-            if (!playing) player.pause();
+            player.pause();
+            player.begin(link.seed);
+            await goal.to(0);
+            if (playing) await player.play();
         }
         await follow(player, goal);
         show(player);
@@ -97,14 +97,21 @@ async function open(player) {
     player.addEventListener("state", () => show(player));
     front.ready(async () => {
         await act.toggle();
-        element("play", HTMLElement).focus({ preventScroll: true });
+        element("stage", HTMLElement).focus({ preventScroll: true });
     });
 }
 
-ownMusic(beginning);
-load()
-    .then(open)
-    .catch((error) => {
-        dataset.show = "failed";
-        front.fail(error instanceof Error ? error.message : String(error));
-    });
+if (!window.WebAssembly || !Player.supported()) {
+    const lack = window.WebAssembly
+        ? "WebGL 2, which the show is drawn with"
+        : "WebAssembly, which the show is made of";
+    front.fail(`This browser has no ${lack}.`, "refused");
+} else {
+    ownMusic(beginning);
+    load()
+        .then(open)
+        .catch((error) => {
+            const ours = error instanceof Error && error.constructor === Error; // not in the browser's own words
+            front.fail(ours ? error.message : "A part of the show is missing or damaged.");
+        });
+}

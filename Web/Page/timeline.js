@@ -41,6 +41,7 @@ export function timeline(player, goal) {
         );
 
     slider.max = String(duration);
+    slider.step = String(player.frameMs / 1000);
     const marks = scenes.map(({ name, start }, index) => {
         const mark = document.createElement("li");
         const end = scenes[index + 1]?.start ?? duration;
@@ -87,15 +88,6 @@ export function timeline(player, goal) {
     slider.addEventListener("pointercancel", release);
     slider.addEventListener("lostpointercapture", release);
 
-    slider.addEventListener("keydown", (event) => {
-        const now = sceneAt(goal.time);
-        const steps = { PageUp: now + 1, PageDown: goal.time > scenes[now].start + 1 ? now : now - 1 };
-        const step = steps[/** @type {keyof typeof steps} */ (event.key)];
-        if (step === undefined) return;
-        event.preventDefault();
-        if (step < scenes.length) goal.to(scenes[Math.max(step, 0)].start);
-    });
-
     frame.addEventListener("pointermove", ({ clientX, pointerType }) => {
         const { left, width } = slider.getBoundingClientRect();
         const share = Math.min(Math.max((clientX - left) / width, 0), 1);
@@ -109,4 +101,14 @@ export function timeline(player, goal) {
     player.addEventListener("frame", show);
     player.addEventListener("state", show);
     show();
+
+    return {
+        /** Goes so many scenes on; back, first to the start of the one that is on. */
+        step(/** @type {number} */ scenesOn) {
+            const now = sceneAt(goal.time);
+            const far = goal.time > scenes[now].start + 1 ? 1 : 0;
+            const next = scenes[Math.max(now + scenesOn + (scenesOn < 0 ? far : 0), 0)];
+            if (next) goal.to(next.start);
+        },
+    };
 }

@@ -6,10 +6,9 @@ export class Loading {
      */
     constructor(base, onProgress) {
         this.base = base;
+        this.total = Number(document.documentElement.dataset.bytes); // of all of them: the page is built with it
         this.onProgress = onProgress;
-        this.total = 0;
         this.done = 0;
-        this.told = 0;
     }
 
     /**
@@ -17,30 +16,27 @@ export class Loading {
      * @returns {Promise<ArrayBuffer>}
      */
     async get(path) {
-        const answer = await fetch(new URL(path, this.base));
-        if (!answer.ok || !answer.body) throw new Error(`The file ${path} of the show is missing.`);
-        this.total += Number(answer.headers.get("content-length")) || 0;
-        const reader = answer.body.getReader();
-        const parts = [];
-        for (;;) {
-            const { done, value } = await reader.read();
-            if (done) return new Blob(parts).arrayBuffer();
-            parts.push(value);
-            this.done += value.length;
-            this.tell();
+        try {
+            const answer = await fetch(new URL(path, this.base));
+            const isPage = answer.headers.get("content-type")?.startsWith("text/html");
+            if (!answer.ok || !answer.body || isPage) throw new Error(`The show's file ${path} is missing.`);
+            const reader = answer.body.getReader();
+            const parts = [];
+            for (;;) {
+                const { done, value } = await reader.read();
+                if (done) return new Blob(parts).arrayBuffer();
+                parts.push(value);
+                this.done += value.length;
+                if (this.total) this.onProgress(Math.min(1, this.done / this.total));
+            }
+        } catch (error) {
+            const broken = error instanceof TypeError; // as fetch says it
+            throw broken ? new Error(`The connection broke while ${path} was on its way.`) : error;
         }
     }
 
     /** @param {string} path */
     async getText(path) {
         return new TextDecoder().decode(await this.get(path));
-    }
-
-    tell() {
-        const share = this.total ? Math.min(1, this.done / this.total) : 0;
-        if (share > this.told) {
-            this.told = share;
-            this.onProgress(share);
-        }
     }
 }
