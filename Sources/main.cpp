@@ -15,6 +15,7 @@
 #include "Scenes/SceneSpectrumPart.h"
 #include "Utils/GLUtils.h"
 #include "Utils/Settings.h"
+#include "Utils/StandardStreams.h"
 #include "Zentrik/Controllers/InputManager.h"
 #include "Zentrik/Controllers/SDL_Keyboard.h"
 #include "Zentrik/Controllers/Signals.h"
@@ -26,9 +27,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <fcntl.h>
 #include <iostream>
-#include <unistd.h>
 
 namespace {
 const int SUCCESS = 0;
@@ -46,17 +45,6 @@ const std::string DRAW_LABEL = "Draw";
 int truncated(float value) {
     const float limit = 2147483648.0f; // 2^31
     return static_cast<int>(std::clamp(value, -limit, std::nextafter(limit, 0.0f)));
-}
-
-/// What was closed when the program started would be open again as something else, the window's connection
-/// for one, and the lines for the console would go there: standard input, output and error lead nowhere
-/// instead.
-void openStandardStreams() {
-    int descriptor = 0;
-    do {
-        descriptor = open("/dev/null", O_RDWR);
-    } while (0 <= descriptor && descriptor <= STDERR_FILENO);
-    close(descriptor);
 }
 
 void setUniform(const Shader& shader, const char* name, float value, const std::string& label) {
@@ -86,7 +74,7 @@ void drawBlurred(const Texture& texture, Shader& blurShader, const Window& windo
 } // namespace
 
 int main(int /*argc*/, char** /*argv*/) {
-    openStandardStreams();
+    StandardStreams::open();
     Signals::listen();
 
     // Not of the run's scope: should the show fail while it runs, nobody deletes the programs, they go with
