@@ -1,6 +1,9 @@
 #include "Song.h"
 
 #include "Loudness.h"
+#include "faultOfFile.h"
+
+#include <fmod_errors.h>
 
 #include <array>
 #include <cerrno>
@@ -13,7 +16,6 @@
 #include <memory>
 #include <spawn.h>
 #include <stdexcept>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -87,34 +89,18 @@ private:
     pid_t process = 0;
 };
 
-/// Why nothing can be read of a file, whatever is in it; or nothing.
-std::string faultOf(const std::string& file) {
-    struct stat status = {};
-    if (::stat(file.c_str(), &status) != 0) {
-        const bool missing = errno == ENOENT || errno == ENOTDIR;
-        return missing ? "The music file does not exist." : "The music file cannot be read.";
-    }
-    if (S_ISDIR(status.st_mode)) {
-        return "The music file is a folder.";
-    }
-    if (S_ISREG(status.st_mode) && status.st_size == 0) {
-        return "The music file is empty.";
-    }
-    return ::access(file.c_str(), R_OK) == 0 ? "" : "The music file cannot be read.";
-}
-
 /// As a browser's page rounds it. No number at all, which damage may look like, is full scale.
-std::int16_t sampleOf(std::uint32_t word) {
+short sampleOf(std::uint32_t word) {
     float value = 0;
     std::memcpy(&value, &word, sizeof value);
-    return static_cast<std::int16_t>(std::fmax(-32768, std::fmin(32767, std::floor(value * 32768.0 + 0.5))));
+    return static_cast<short>(std::fmax(-32768, std::fmin(32767, std::floor(value * 32768.0 + 0.5))));
 }
 
-std::vector<std::int16_t> decode(const std::string& file) {
+std::vector<short> decode(const std::string& file) {
     constexpr std::size_t HEAD = 6; // words: a mark, where the samples begin, three more, and the sides
     Decoder decoder(file);
     std::array<std::uint32_t, 16384> words{};
-    std::vector<std::int16_t> samples;
+    std::vector<short> samples;
     if (decoder.read(words.data(), HEAD) == HEAD) {
         const bool single = words[5] == 1;
         decoder.read(words.data(), words[1] / sizeof words[0] - HEAD);
@@ -130,15 +116,13 @@ std::vector<std::int16_t> decode(const std::string& file) {
 } // namespace
 
 Song::Song(const std::string& file) {
-    std::string fault = faultOf(file);
-    if (fault.empty()) {
-        samples = decode(file);
-        if (samples.empty()) {
-            fault = "The music file has no sound that FFmpeg can read.";
-        }
+    const FMOD_RESULT fault = faultOfFile(file);
+    if (fault != FMOD_OK) {
+        throw std::runtime_error(file + ": " + FMOD_ErrorString(fault));
     }
-    if (!fault.empty()) {
-        throw std::runtime_error(file + ": " + fault);
+    samples = decode(file);
+    if (samples.empty()) {
+        throw std::runtime_error(file + ": The music file has no sound that FFmpeg can read.");
     }
     Loudness loudness(RATE);
     loudness.add(samples.data(), samples.size() / 2);

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <cstdint>
+#include <fmod_song.h>
+
 #include <string>
 #include <vector>
 
@@ -17,19 +18,22 @@ public:
     explicit Song(const std::string& file);
 
     /// Left and right by turns, -32768..32767. A single side is on both.
-    const std::vector<std::int16_t>& getSamples() const { return samples; }
+    const std::vector<short>& getSamples() const { return samples; }
 
     /// Its length in frames.
-    std::int64_t getCount() const { return static_cast<std::int64_t>(samples.size() / 2); }
+    long long getCount() const { return static_cast<long long>(samples.size() / 2); }
 
     /// Likewise in ms, rounded down.
-    std::int64_t getDuration() const { return getCount() * 1000 / RATE; }
+    long long getDuration() const { return getCount() * 1000 / RATE; }
 
     /// The factor that makes it as loud as the show's own track, for what the scenes hear of it.
     float getGain() const { return gain; }
 
+    /// For the sound layer: plays from a moment on, in ms. Good for as long as the song.
+    FMOD_SONG playedFrom(unsigned int start) const { return {samples.data(), getCount(), RATE, gain, start}; }
+
 private:
-    std::vector<std::int16_t> samples;
+    std::vector<short> samples;
     float gain = 1;
 };
 

@@ -8,19 +8,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <tuple>
 
 using song::Song;
-
-/// Has FFmpeg make a file of the folder, and returns its path.
-static std::string make(const std::string& name, const std::string& options) {
-    const std::string command =
-        "cd '" + folder.path + "' && ffmpeg -nostdin -v error -y " + options + " 'file:" + name + "'";
-    EXPECT_EQ(std::system(command.c_str()), 0) << command;
-    return folder.path + name;
-}
 
 TEST(Song, HasTheSamplesOfItsFileWhateverTheFormat) {
     // Noise of all values, and so quiet that many a byte of it looks like the head of an MP3.

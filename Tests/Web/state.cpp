@@ -11,16 +11,15 @@
 #include <fmod_clock.h>
 
 #include <Stage.h>
+#include <cstddef>
 #include <cstdio>
 #include <iostream>
-#include <vector>
 
 int host::start(int argc, char** argv) {
     if (argc == 2) {
-        const fmodex::Track track(argv[1], true);
-        std::vector<fmodex::Frame> samples(track.getLength());
-        track.copy(0, samples.size(), samples.data());
-        std::fwrite(samples.data(), sizeof(fmodex::Frame), samples.size(), stdout);
+        const fmodex::Track track(argv[1]);
+        const FMOD_SONG song = track.getSong();
+        std::fwrite(song.frames, 2 * sizeof(short), static_cast<std::size_t>(song.count), stdout);
         return 0;
     }
     FMOD_Clock_Set([]() { return stage.now * 1000ULL; });

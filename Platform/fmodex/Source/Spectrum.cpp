@@ -1,9 +1,8 @@
 #include "Spectrum.h"
 
-#include "Error.h"
-
 #include <cmath>
 #include <cstddef>
+#include <new>
 
 namespace fmodex {
 
@@ -13,7 +12,9 @@ Spectrum::Spectrum(int count)
       weighted(frames.size()),
       entries(static_cast<std::size_t>(count) + 1),
       transform(kiss_fftr_alloc(2 * count, 0, nullptr, nullptr)) {
-    require(transform != nullptr, FMOD_ERR_MEMORY);
+    if (transform == nullptr) {
+        throw std::bad_alloc();
+    }
     // Rises from 0 at the first frame to 1 in the middle. The weights add up to count, and a sine of
     // amplitude 1 puts half of that into its entry.
     const float scale = 2.0f / static_cast<float>(count) / 32768.0f;
@@ -23,7 +24,7 @@ Spectrum::Spectrum(int count)
     }
 }
 
-void Spectrum::measure(float* values) {
+void Spectrum::measure(float* values, float gain) {
     // Plain pointers and counts, for the compiler to take several entries at a time.
     const std::size_t size = frames.size();
     const Frame* const heard = frames.data();
@@ -37,7 +38,7 @@ void Spectrum::measure(float* values) {
     kiss_fftr(transform.get(), samples, bands);
 
     for (std::size_t k = 0; k < size / 2; ++k) {
-        values[k] = std::sqrt(bands[k].r * bands[k].r + bands[k].i * bands[k].i);
+        values[k] = gain * std::sqrt(bands[k].r * bands[k].r + bands[k].i * bands[k].i);
     }
 }
 

@@ -18,8 +18,9 @@ public:
     /// Where the frames to look at are to be put.
     std::vector<Frame>& getFrames() { return frames; }
 
-    /// Writes count magnitudes of the left side: 1 for a sine of full scale in the middle of its entry.
-    void measure(float* values);
+    /// Writes count magnitudes of the left side, times gain: 1 for a sine of full scale in the middle of its
+    /// entry.
+    void measure(float* values, float gain = 1);
 
 private:
     struct FreeTransform {

@@ -1,56 +1,35 @@
 #pragma once
 
-#include "Channel.h"
+#include "fmod_song.h"
 
 #include <AL/al.h>
 
-#include <array>
 #include <cstdint>
-#include <memory>
-#include <vector>
+#include <optional>
 
 namespace fmodex {
 
-/// A channel on the sound device: hands it the track in portions and tells the channel where it is. To be
-/// used by one thread, in the context of the device.
+/// A song on the sound device, which holds all of it and plays by itself. Where the device does not take it,
+/// or is lost, nothing is heard.
 class Voice {
 public:
-    /// Throws FMOD_ERR_MEMORY when the device takes no more voices.
-    explicit Voice(std::shared_ptr<Channel> played);
+    explicit Voice(const FMOD_SONG& song);
     Voice(const Voice&) = delete;
     Voice& operator=(const Voice&) = delete;
     ~Voice();
 
-    /// To be called some 200 times a second. Returns false when the channel is over.
-    bool update();
+    void playFrom(std::int64_t frame);
+    void pause() { alSourcePause(source); }
+    void resume() { alSourcePlay(source); }
 
-    /// Tells the channel where update found it, if it plays. Not to be done when the device has been lost
-    /// meanwhile, for then it was not there.
-    void report();
-
-    Channel& getChannel() { return *channel; }
+    /// What reaches the ear now, in microseconds from the beginning of the song (less than none, as long as
+    /// the first sound is on its way); nothing unless it plays.
+    std::optional<std::int64_t> getPlace() const;
 
 private:
-    /// A third of a second at 44100 Hz, which bridges any delay of the thread.
-    static constexpr int PORTIONS = 4;
-    static constexpr std::int64_t PORTION_FRAMES = 4096;
-
-    void go(const Channel::Order& order);
-    void takeBack();
-    void hand();
-    void measure();
-
-    const std::shared_ptr<Channel> channel;
-    const Track& track;
-    std::uint64_t jumps = 0;
-    std::int64_t first = 0; ///< the first frame that the device holds
-    std::int64_t next = 0;  ///< the first that it has not been handed
-    bool measured = false;
-    std::int64_t heard = 0; ///< if measured, in microseconds
+    const int rate;
     ALuint source = 0;
-    std::array<ALuint, PORTIONS> buffers{};
-    std::vector<ALuint> idle; ///< those buffers that are not on the device
-    std::vector<Frame> portion;
+    ALuint buffer = 0;
 };
 
 } // namespace fmodex

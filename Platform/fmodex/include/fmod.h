@@ -1,9 +1,9 @@
-// The sound of the show: plays MP3 tracks and tells what is heard at this moment.
+// The sound of the show: plays its track and tells what is heard at this moment.
 //
-// Every operation returns FMOD_OK or the reason why it did nothing; fmod_errors.h puts that into words. A
-// null, released or foreign handle is always answered with FMOD_ERR_HANDLE, a null pointer for a result with
-// FMOD_ERR_ARGUMENT. When an operation fails, the results it would have written stay as they were, with the
-// one exception of FMOD_Channel_GetSpectrum. All operations may be called from any thread.
+// There is one system at a time, with one sound, which plays on one channel: whatever played or was open
+// before ends with the next one. Every operation returns FMOD_OK or the reason why it did nothing;
+// fmod_errors.h puts that into words. A handle that is null, released or over is always answered with
+// FMOD_ERR_HANDLE. All operations are called from one thread.
 //
 // Times are in milliseconds. The sound layer runs by itself: nothing has to be called regularly.
 #ifndef FMOD_H
@@ -17,7 +17,7 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
-/// Handles. They are tickets, not addresses: nothing stands behind them, and none is handed out twice.
+/// Handles. They are numbers: nothing stands behind them, and none is handed out twice.
 typedef struct FMOD_SYSTEM FMOD_SYSTEM;
 typedef struct FMOD_SOUND FMOD_SOUND;
 typedef struct FMOD_CHANNEL FMOD_CHANNEL;
@@ -31,16 +31,15 @@ typedef int FMOD_BOOL;
 typedef enum FMOD_RESULT {
     FMOD_OK = 0,
     FMOD_ERR_HANDLE,          ///< null, foreign, released, or a channel that has stopped or come to its end
-    FMOD_ERR_ARGUMENT,        ///< any other argument is out of range
+    FMOD_ERR_ARGUMENT,        ///< the number of values of a spectrum is out of range
     FMOD_ERR_NOT_INITIALISED, ///< the system has not been initialised, or was closed
-    FMOD_ERR_INITIALISED,     ///< the system has already been initialised
-    FMOD_ERR_MEMORY,          ///< out of memory, or of threads
+    FMOD_ERR_INITIALISED,     ///< there is a system already, or it has been initialised
+    FMOD_ERR_MEMORY,          ///< out of memory
     FMOD_ERR_FILE_MISSING,    ///< no file of that name
     FMOD_ERR_FILE_UNREADABLE, ///< it is there, but may not or cannot be read
     FMOD_ERR_FILE_FOLDER,     ///< it is a folder
     FMOD_ERR_FILE_EMPTY,      ///< it has no bytes
     FMOD_ERR_FILE_NOT_MP3,    ///< it has bytes, but no MP3 sound where a track begins
-    FMOD_ERR_CHANNELS_BUSY,   ///< as many tracks are playing as there are channels
     FMOD_RESULT_LOWEST = -0x7fffffff - 1 ///< never returned: makes the enumeration as wide as an int
 } FMOD_RESULT;
 
@@ -48,7 +47,7 @@ typedef enum FMOD_RESULT {
 typedef unsigned int FMOD_INITFLAGS;
 enum { FMOD_INIT_NORMAL = 0 };
 
-/// How a sound is opened: any combination. They describe the one way in which tracks are played here.
+/// How a sound is opened. They describe the one way in which tracks are played here.
 typedef unsigned int FMOD_MODE;
 enum {
     FMOD_LOOP_OFF = 0x1,        ///< plays once
@@ -69,71 +68,64 @@ enum { FMOD_TIMEUNIT_MS = 1 };
 /// The weights that a spectrum gives to its samples.
 typedef enum FMOD_DSP_FFT_WINDOW { FMOD_DSP_FFT_WINDOW_TRIANGLE = 1 } FMOD_DSP_FFT_WINDOW;
 
-/// Makes a system, which belongs to the caller until FMOD_System_Release.
+/// Makes the system, which belongs to the caller until FMOD_System_Release.
 FMOD_RESULT FMOD_System_Create(FMOD_SYSTEM** system);
 
-/// Opens the sound device for as many tracks at a time as maxchannels says (1..4096), with FMOD_INIT_NORMAL
-/// and a null extradriverdata. Without a device the show runs silent at its true speed: that is FMOD_OK too.
+/// Opens the sound device. Without one the show runs silent at its true speed: that is FMOD_OK too.
 FMOD_RESULT FMOD_System_Init(FMOD_SYSTEM* system, int maxchannels, FMOD_INITFLAGS flags,
                              void* extradriverdata);
 
 /// Opens an MP3 file of any sample rate, mono or stereo, and returns at once: it is decoded in the
-/// background. The sound belongs to the caller until FMOD_Sound_Release, or until its system is released.
-/// exinfo is null. Errors: the FMOD_ERR_FILE_ ones, FMOD_ERR_NOT_INITIALISED.
+/// background, until it is played. Errors: the FMOD_ERR_FILE_ ones, FMOD_ERR_NOT_INITIALISED.
 FMOD_RESULT FMOD_System_CreateStream(FMOD_SYSTEM* system, const char* name, FMOD_MODE mode,
                                      FMOD_CREATESOUNDEXINFO* exinfo, FMOD_SOUND** sound);
 
-/// Plays a sound from its beginning, on a new channel that waits there if paused. The channel's handle is
-/// good until it is stopped, comes to the end of the sound, or its system is closed. Errors:
-/// FMOD_ERR_CHANNELS_BUSY, FMOD_ERR_NOT_INITIALISED.
+/// Plays a sound once, from its beginning, on a new channel that waits there if paused. The channel's handle
+/// is good until it is stopped, comes to the end of the sound, or the system is closed.
 FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX channelid, FMOD_SOUND* sound,
                                   FMOD_BOOL paused, FMOD_CHANNEL** channel);
 
 /// Does nothing, and need not be called.
 FMOD_RESULT FMOD_System_Update(FMOD_SYSTEM* system);
 
-/// Stops all channels and closes the device; the system can be initialised again, and its sounds remain.
-/// Closing a system that is not open is no error.
+/// Stops the channel and closes the device; the system can be initialised again, and its sound remains.
 FMOD_RESULT FMOD_System_Close(FMOD_SYSTEM* system);
 
-/// Closes the system and gives it back, together with all its sounds.
+/// Closes the system and gives it back, together with its sound.
 FMOD_RESULT FMOD_System_Release(FMOD_SYSTEM* system);
 
-/// Gives a sound back. Channels that are playing it play on.
+/// Gives the sound back. A channel that is playing it plays on.
 FMOD_RESULT FMOD_Sound_Release(FMOD_SOUND* sound);
 
-/// Tells how long a sound is, in milliseconds rounded down, without the padding of its encoder. A file that
-/// does not state its length is waited for until it has been decoded; a damaged one may prove shorter than
-/// stated.
+/// Tells how long the sound is, in milliseconds rounded down, without the padding of its encoder.
 FMOD_RESULT FMOD_Sound_GetLength(FMOD_SOUND* sound, unsigned int* length, FMOD_TIMEUNIT unit);
 
-/// Writes the title of a sound in UTF-8, or the name of its file without folders. At most namelength bytes (1
-/// at least) are written, the closing zero among them.
+/// Writes the name of the sound's file without folders, and a zero: at most namelength bytes.
 FMOD_RESULT FMOD_Sound_GetName(FMOD_SOUND* sound, char* name, int namelength);
 
-/// Tells whether a channel has been paused.
+/// Tells whether the channel has been paused.
 FMOD_RESULT FMOD_Channel_GetPaused(FMOD_CHANNEL* channel, FMOD_BOOL* paused);
 
-/// Holds a channel where it is, or lets it go on from there.
+/// Holds the channel where it is, or lets it go on from there.
 FMOD_RESULT FMOD_Channel_SetPaused(FMOD_CHANNEL* channel, FMOD_BOOL paused);
 
-/// Takes a count of repetitions, -1 (for ever) or more. FMOD_LOOP_OFF overrules it: a sound plays once.
+/// Takes any count of repetitions. FMOD_LOOP_OFF overrules it: a sound plays once.
 FMOD_RESULT FMOD_Channel_SetLoopCount(FMOD_CHANNEL* channel, int loopcount);
 
-/// Ends a channel, and with it the handle.
+/// Ends the channel, and with it the handle.
 FMOD_RESULT FMOD_Channel_Stop(FMOD_CHANNEL* channel);
 
-/// Writes the spectrum of what is heard now: the left channel (channeloffset 0), 2 * numvalues samples around
-/// the place that is playing, weighted with a triangle. numvalues is a power of two, 64..8192. Entry k is the
-/// magnitude at k * rate / (2 * numvalues) Hz; a sine of full scale there reads 1. Silence, and a paused
-/// channel, read 0. On any error numvalues entries are set to 0, provided that numvalues is 1..8192.
+/// Writes the spectrum of what is heard now: the left side, 2 * numvalues samples around the place that is
+/// playing, weighted with a triangle. numvalues is a power of two, 64..8192. Entry k is the magnitude at
+/// k * rate / (2 * numvalues) Hz; a sine of full scale there reads 1. Silence, a paused channel and any error
+/// read 0.
 FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* spectrum, int numvalues, int channeloffset,
                                      FMOD_DSP_FFT_WINDOW window);
 
 /// Tells which place of the sound is heard now, in milliseconds rounded down. It never runs backwards.
 FMOD_RESULT FMOD_Channel_GetPosition(FMOD_CHANNEL* channel, unsigned int* position, FMOD_TIMEUNIT unit);
 
-/// Goes to a place in the sound, up to its length, in milliseconds; a paused channel waits there.
+/// Goes to a place in the sound, in milliseconds; a paused channel waits there.
 FMOD_RESULT FMOD_Channel_SetPosition(FMOD_CHANNEL* channel, unsigned int position, FMOD_TIMEUNIT unit);
 
 #pragma GCC visibility pop

@@ -10,15 +10,14 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
-/// A clock: microseconds since any moment, never running backwards, callable from any thread.
+/// A clock: microseconds since any moment, never running backwards.
 typedef unsigned long long (*FMOD_CLOCK)(void);
 
-/// Supplies the clock for the systems that are initialised from now on; null stands for the real time.
+/// Supplies the clock, before the system is initialised; null stands for the real time.
 ///
-/// A system with a supplied clock opens no sound device, and everything it tells follows from the clock
-/// alone: the position of a channel is the time that has passed since it was played, without its pauses,
-/// exact to the sample, and whoever asks for a part that has not been decoded yet is kept waiting until it
-/// has. A frame-by-frame recording thus sees the same sound every time, however long its frames take.
+/// With a supplied clock no sound device is opened, and everything that is told follows from the clock alone:
+/// the position of a channel is the time that has passed since it was played, without its pauses, exact to
+/// the sample. A frame-by-frame recording thus sees the same sound every time, however long its frames take.
 void FMOD_Clock_Set(FMOD_CLOCK microseconds);
 
 #pragma GCC visibility pop

@@ -29,8 +29,6 @@ static inline const char* FMOD_ErrorString(FMOD_RESULT result) {
         return "The music file is empty.";
     case FMOD_ERR_FILE_NOT_MP3:
         return "The music file is not an MP3.";
-    case FMOD_ERR_CHANNELS_BUSY:
-        return "All channels are busy playing.";
     case FMOD_RESULT_LOWEST:
     default:
         return "The sound layer gave an unknown answer.";

@@ -1,0 +1,163 @@
+// What a listener hears, and that what the show sees is in step with it.
+
+#include "Output.h"
+#include "Player.h"
+#include "Playing.h"
+#include "Room.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <dlfcn.h>
+#include <functional>
+#include <memory>
+#include <thread>
+#include <tuple>
+
+/// Somebody in the room, who hears what of a song is played.
+struct Listener {
+    explicit Listener(const FMOD_SONG& song) : song(song) {}
+
+    /// Listens to so many frames. Whether they are heard, from the front speakers only, as they stand in the
+    /// song from the one numbered first; the device may fade in where it starts in the midst of it.
+    bool hears(int frames, long long first, int fading = 0) const {
+        const std::vector<Speakers> heard = room.hear(frames);
+        return std::all_of(heard.begin() + fading, heard.end(), [&](const Speakers& levels) {
+            const long long place = first + (&levels - heard.data());
+            const bool inside = place >= 0 && place < song.count;
+            return levels == (inside
+                                  ? Speakers{1.0f * song.frames[2 * place], 1.0f * song.frames[2 * place + 1]}
+                                  : Speakers{});
+        });
+    }
+
+    const FMOD_SONG song;
+    Room room;
+};
+
+constexpr long long SILENCE = 1000000000; // where no song has a frame
+constexpr int FADE = 2048;                // one portion of the mixer
+
+TEST(Device, PlaysEveryFrameAndTheShowIsInStepWithTheEar) {
+    const Noise noise(5LL * 44100);
+    Listener listener(noise.song);
+    FMOD_Clock_Set([] { return clockTime; });
+    const auto output = fmodex::Output::open();
+    for (const int latency : {0, 300}) { // ms
+        listener.room.latency = latency * 1000000LL;
+        fmodex::Playing playing(noise.song, nullptr, true);
+        std::int64_t begin = 0; // where it plays from, in ms
+        std::int64_t last = 0;
+        // Lets the device play on for so many steps of 10 ms. How many ms the show may be ahead.
+        const auto expect = [&](int steps, double ahead = 1) {
+            for (int i = 0; i < steps; ++i) {
+                EXPECT_TRUE(listener.hears(441, 441 * (begin / 10 + i), i == 0 ? 441 : 0))
+                    << begin << ' ' << i;
+                clockTime += 10000;
+                const std::int64_t place = playing.getPosition() / 1000;
+                const std::int64_t expected = std::max(last, begin + 10L * (i + 1) - latency);
+                EXPECT_GE(place, expected - 1) << "never backwards";
+                EXPECT_LE(place, expected + ahead) << begin << ' ' << i;
+                last = place;
+            }
+            begin += 10L * steps;
+        };
+        expect(50);
+        playing.setPaused(true);
+        clockTime += 70000;
+        EXPECT_TRUE(listener.hears(441, SILENCE));
+        EXPECT_EQ(playing.getPosition() / 1000, last);
+        playing.setPaused(false);
+        expect(50);
+        playing.setPosition(3000000);
+        begin = last = 3000;
+        expect(50);
+        // The device stumbles, by a second and by a little: the show waits for it, or comes back to it bit by
+        // bit.
+        clockTime += 1000000;
+        expect(50);
+        clockTime += 50000;
+        expect(100, 51);
+        expect(10, 5);
+    }
+}
+
+TEST(Device, LosesNothingButTheSoundWhenItIsPulledOut) {
+    const Noise noise(44100);
+    Listener listener(noise.song);
+    FMOD_Clock_Set([] { return clockTime; });
+    const auto output = fmodex::Output::open();
+    fmodex::Playing playing(noise.song, nullptr, true);
+    listener.hears(4410, 0);
+    clockTime += 100000;
+    EXPECT_NEAR(playing.getPosition(), 100000, 30);
+    listener.room.lost = true;
+    clockTime += 400000;
+    EXPECT_NEAR(playing.getPosition(), 500000, 30) << "by the clock";
+    clockTime += 499900;
+    EXPECT_FALSE(playing.isOver());
+    clockTime += 200;
+    EXPECT_TRUE(playing.isOver());
+}
+
+TEST(Device, PlaysASongOnWithoutAGapWhileTheShowStartsOver) {
+    const Noise noise(44100, 1, 100);
+    Listener listener(noise.song);
+    FMOD_Song_Set(&noise.song);
+    int heard = 4410;
+    for (int round = 0; round < 3; ++round) {
+        Player player(true);
+        player.play("whatever.mp3");
+        EXPECT_TRUE(listener.hears(4410, heard, round == 0 ? FADE : 0)) << round;
+        FMOD_Channel_Stop(player.channel);
+        EXPECT_EQ(player.position(), Player::OVER);
+        EXPECT_TRUE(listener.hears(4410, heard + 4410)) << "between the rounds";
+        heard += 2 * 4410;
+    }
+    FMOD_Song_Set(nullptr);
+}
+
+/// ALSA has something to complain about: there is no device of that name.
+static void provoke(void* alsa) {
+    using Open = int (*)(void**, const char*, int, int);
+    const auto open = reinterpret_cast<Open>(alsa != nullptr ? ::dlsym(alsa, "snd_pcm_open") : nullptr);
+    void* device = nullptr;
+    if (open == nullptr || open(&device, "nothing", 0, 0) == 0) {
+        std::fputs("ALSA lib is missing, or has a device called nothing\n", stderr);
+    }
+}
+
+/// A whole track in real time, as the show plays it. Ends the process.
+static void playInRealTime(const std::string& drivers) {
+    ::setenv("ALSOFT_DRIVERS", drivers.c_str(), 1);
+    ::setenv("ALSOFT_LOGLEVEL", "1", 1); // OpenAL tells of devices that were left open
+    ::setenv("ALSA_CONFIG_PATH", "/nowhere", 1);
+    void* const alsa = ::dlopen("libasound.so.2", RTLD_LAZY);
+    const std::string track = tone("tone.mp3", 1000, 24000, 48000);
+    {
+        Player player(true);
+        const auto begin = std::chrono::steady_clock::now();
+        player.play(track);
+        while (player.position() != Player::OVER) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500));
+        if (drivers == "null") {
+            provoke(alsa);
+        }
+    }
+    std::fputs("Closed. ", stderr);
+    provoke(alsa);
+    std::exit(testing::Test::HasFailure() ? EXIT_FAILURE : EXIT_SUCCESS);
+}
+
+// In processes of their own, because a process looks for its sound devices once.
+TEST(Device, SetsThePaceQuietlyAndIsNotNeeded) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    for (const char* const drivers : {"null", "alsa"}) {
+        EXPECT_EXIT(playInRealTime(drivers), testing::ExitedWithCode(0), "^Closed[.] (ALSA lib[^\n]*\n)+$");
+    }
+}
