@@ -82,8 +82,8 @@ configured() { [ "$(wc -l <../configured)" -eq "$1" ]; }
 
 @test "screen: a virtual one ends with its script, however that ends" {
     for end in 'exit 3' 'kill -TERM $$' 'kill -HUP $$'; do
-        bash -c 'source "$0/Scripts/setup.sh"; virtual_display; echo $virtual_display_pid >screen; '"$end" "$top" || true
-        timeout 20 tail -s 0.1 -f /dev/null --pid "$(cat screen)"
+        bash -c 'source "$0/Scripts/setup.sh"; virtual_display; echo $virtual_display_pid >screen; '"$end" "$top" 3>&- || true
+        timeout 60 tail -s 0.1 -f /dev/null --pid "$(cat screen)" || { kill "$(cat screen)"; false; }
     done
 }
 
