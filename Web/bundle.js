@@ -9,7 +9,11 @@ const outdir = process.argv[2] ?? here("../build/web");
 
 await mkdir(outdir, { recursive: true });
 const { metafile } = await build({
-    entryPoints: ["page.js", "first.js", "editor.js", "style.css"].map((name) => here(`Page/${name}`)),
+    entryPoints: [
+        ...["page.js", "first.js", "editor.js", "style.css"].map((name) => here(`Page/${name}`)),
+        here("Player/listener.js"),
+    ],
+    entryNames: "[name]",
     outdir,
     bundle: true,
     format: "esm",

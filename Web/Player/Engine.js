@@ -60,11 +60,16 @@
  * @property {{mkdirTree: (path: string) => void, writeFile: (path: string, text: string) => void}} FS
  * @property {{currData: number | null}} Asyncify
  * @property {Uint8Array} HEAPU8
+ * @property {Int16Array} HEAP16
  * @property {Drawing} picture
  * @property {(place: number) => string} UTF8ToString
  * @property {() => number} stackSave
  * @property {(place: number) => void} stackRestore
  * @property {(more: number) => number} _sbrk
+ * @property {(bytes: number) => number} _malloc
+ * @property {(rate: number) => number} _newLoudness
+ * @property {(loudness: number, frames: number, count: number) => void} _addToLoudness
+ * @property {(loudness: number) => number} _gainOf
  * @property {(drawn: number) => void} _play
  * @property {() => void} _forgetDrawn
  * @property {() => number} _frameMs

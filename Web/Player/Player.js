@@ -1,5 +1,7 @@
 import { fetchEngine } from "./Engine.js";
+import { Live } from "./Live.js";
 import { Loading } from "./Loading.js";
+import { gainOf } from "./loudness.js";
 import { Picture } from "./Picture.js";
 import { Scout } from "./Scout.js";
 import { Show } from "./Show.js";
@@ -47,12 +49,12 @@ export class Player extends EventTarget {
                     return files;
                 },
             ),
-            loading.get("data/music/quelar.mp3").then((file) => sound.load(file)),
+            loading.get("data/music/quelar.mp3").then(async (file) => sound.take(await sound.decode(file))),
         ]);
         const show = await Show.load(loadEngine, picture, sound);
         await nextTask();
         const scout = await Scout.load(loadEngine, sound);
-        const player = new Player(canvas, picture, sound, show, scout, size);
+        const player = new Player(canvas, picture, sound, show, scout, loadEngine, size);
         SHADERS.forEach((name, i) => player.texts.set(name, texts[i]));
         const { width, height } = player.extent;
         picture.resize(width, height);
@@ -68,15 +70,17 @@ export class Player extends EventTarget {
      * @param {Sound} sound
      * @param {Show} show
      * @param {Scout} scout
+     * @param {import("./Engine.js").LoadEngine} loadEngine
      * @param {Size | undefined} size
      */
-    constructor(canvas, drawing, sound, show, scout, size) {
+    constructor(canvas, drawing, sound, show, scout, loadEngine, size) {
         super();
         this.canvas = canvas;
         this.drawing = drawing;
         this.sound = sound;
         this.show = show;
         this.scout = scout;
+        this.loadEngine = loadEngine;
         this.size = size;
         /** @type {Map<string, string>} */
         this.texts = new Map(); // in force
@@ -116,17 +120,24 @@ export class Player extends EventTarget {
         return (this.shown * this.frameMs) / 1000;
     }
 
-    /** Of the whole song, in seconds: the show goes in rounds until its music ends. */
+    /** Of the whole song, in seconds: the show goes in rounds until its music ends; with a live one it never does. */
     get duration() {
         return (this.frames * this.frameMs) / 1000;
     }
 
     get frames() {
+        if (this.live) return Infinity;
         return this.ownMusic ? Math.ceil((1000 * this.sound.duration) / this.frameMs) : this.show.frames;
+    }
+
+    /** Whether it is moved by a sound from outside. */
+    get live() {
+        return this.sound.live !== null;
     }
 
     /** Where the rounds start, in seconds. */
     get rounds() {
+        if (this.live) return [];
         const length = (this.show.frames * this.frameMs) / 1000;
         return Array.from({ length: Math.ceil(this.frames / this.show.frames) }, (_, i) => ({
             start: i * length,
@@ -158,6 +169,7 @@ export class Player extends EventTarget {
      * @param {number} seconds
      */
     async seek(seconds) {
+        if (this.live) return;
         const frame = Math.floor((1000 * seconds) / this.frameMs + 1e-6);
         this.wanted = Math.max(0, Math.min(frame, this.frames - 1));
         this.seeking ??= this.goToWanted();
@@ -180,7 +192,7 @@ export class Player extends EventTarget {
     /** Time goes on from the frame on screen. */
     async startClock() {
         this.waiting = true;
-        await this.sound.play(this.time);
+        if (!this.live) await this.sound.play(this.time);
         this.waiting = false;
         this.anchor = { time: this.time, at: performance.now() };
     }
@@ -290,7 +302,8 @@ export class Player extends EventTarget {
         this.seed = seed;
         this.attempt(() => this.show.begin(seed, this.texts));
         this.shown = 0;
-        this.scout.explore(this.show, this.texts, this.frames);
+        if (this.live) this.scout.stop();
+        else this.scout.explore(this.show, this.texts, this.frames);
     }
 
     /** @param {{seed?: number}} wishes */
@@ -305,13 +318,44 @@ export class Player extends EventTarget {
      * @param {ArrayBuffer} file
      */
     async setTrack(file) {
-        try {
-            await this.sound.load(file);
-        } catch {
+        const buffer = await this.sound.decode(file).catch(() => {
             throw new Error("This file is no music that the browser can play.");
-        }
+        });
+        const gain = await gainOf(this.loadEngine, buffer);
+        this.stopListening();
+        this.sound.take(buffer, gain);
         this.ownMusic = true;
         await this.restart({ seed: this.seed });
+    }
+
+    /**
+     * Starts over with a sound from outside, without end. Should it break off, the player says "unplugged" and goes
+     * on with its track.
+     * @param {MediaStream} stream
+     */
+    async listen(stream) {
+        const live = await Live.open(stream, async () => {
+            if (live !== this.sound.live) return;
+            this.stopListening();
+            this.dispatchEvent(new Event("unplugged"));
+            await this.play();
+        });
+        this.pause();
+        this.sound.live?.close();
+        this.sound.live = live;
+        this.show.keeping = false; // no moment of it comes back
+        this.begin(this.seed);
+        await this.play();
+    }
+
+    /** Back to the beginning with the track, if it was listening. */
+    stopListening() {
+        if (!this.live) return;
+        this.pause();
+        this.sound.live?.close();
+        this.sound.live = null;
+        this.show.keeping = true;
+        this.begin(this.seed);
     }
 
     /** @param {string} name */

@@ -149,7 +149,7 @@ export class Show {
      * Runs towards a frame for some ms, and answers whether the rest is but a step.
      * @param {number} number
      */
-    approach(number, milliseconds = 30) {
+    approach(number, milliseconds = 20) {
         const end = performance.now() + milliseconds;
         const frame = this.enterRoundOf(number);
         for (;;) {

@@ -5,15 +5,28 @@ const RATE = 44100;
 const PATIENCE = 1000;
 
 /**
+ * Samples as the show reads them, each second place of a memory.
+ * @param {Float32Array} samples
+ * @param {Int16Array} memory
+ * @param {number} place
+ */
+export function wholeNumbers(samples, memory, place) {
+    for (let i = 0; i < samples.length; ++i) {
+        memory[place + 2 * i] = Math.max(-32768, Math.min(32767, Math.round(32768 * samples[i])));
+    }
+}
+
+/**
  * The track: decoded, played, and read by the show for its spectrum. Where sound is refused there is silence,
  * and the show sees its spectrum all the same.
  */
 export class Sound {
     constructor() {
-        this.rate = RATE;
         /** @type {AudioBuffer | null} */
         this.buffer = null;
-        this.gain = 1; // of what the show hears
+        this.ownGain = 1; // the track's
+        /** @type {import("./Live.js").Live | null} */
+        this.live = null; // in place of the track
         this.samples = new Float32Array(0); // for a moment
         /** @type {{context: AudioContext, gain: GainNode, analyser: AnalyserNode} | null} */
         this.device = null;
@@ -32,43 +45,60 @@ export class Sound {
         return this.source !== null;
     }
 
-    /** Sound frames of the track. */
-    get length() {
-        return this.buffer?.length ?? 0;
-    }
-
     /** Seconds. */
     get duration() {
         return this.buffer?.duration ?? 0;
     }
 
     /**
-     * Takes another track. Rejects if the browser cannot decode it; all then stays as it was.
      * @param {ArrayBuffer} file
+     * @returns {Promise<AudioBuffer>}
      */
-    async load(file) {
-        const decoder = new OfflineAudioContext(2, 1, RATE);
-        const buffer = await decoder.decodeAudioData(file);
-        this.stop();
-        this.buffer = buffer;
+    decode(file) {
+        return new OfflineAudioContext(2, 1, RATE).decodeAudioData(file);
     }
 
     /**
-     * The show's own call, see Engine/page.h. Of all the samples only those that it asks for become whole numbers:
-     * a long song is played as soon as it is decoded.
+     * Takes another track.
+     * @param {AudioBuffer} buffer
+     * @param {number} [gain] that makes it as loud as the show is used to
+     */
+    take(buffer, gain = 1) {
+        this.stop();
+        this.buffer = buffer;
+        this.ownGain = gain;
+    }
+
+    // What the show hears, see Engine/page.h.
+
+    /** Sound frames. */
+    get length() {
+        return this.live ? 2 ** 31 - 1 : (this.buffer?.length ?? 0);
+    }
+
+    get rate() {
+        return this.live?.rate ?? RATE;
+    }
+
+    get gain() {
+        return this.live?.gain ?? this.ownGain;
+    }
+
+    /**
+     * Of all the samples only those that are asked for become whole numbers: a long song is played as soon as it is
+     * decoded.
      * @param {number} first
      * @param {number} count
      * @param {Int16Array} memory
      * @param {number} place
      */
     copy(first, count, memory, place) {
+        if (this.live) return wholeNumbers(this.live.newest.subarray(-count), memory, place);
         if (this.samples.length !== count) this.samples = new Float32Array(count);
         const before = Math.min(Math.max(0, -first), count);
         this.samples.fill(0);
         if (before < count) this.buffer?.copyFromChannel(this.samples.subarray(before), 0, first + before);
-        for (let i = 0; i < count; ++i) {
-            memory[place + 2 * i] = Math.max(-32768, Math.min(32767, Math.round(32768 * this.samples[i])));
-        }
+        wholeNumbers(this.samples, memory, place);
     }
 
     /**
