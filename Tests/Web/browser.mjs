@@ -30,9 +30,10 @@ const TYPES = { ".css": "text/css", ".html": "text/html", ".js": "text/javascrip
 /**
  * The page as it is met: a server for it, like any other, and Debian's Chromium, without a window. It draws by the
  * same software OpenGL as the rest of the tests, and leaves in a folder what it downloads.
+ * @param {string[]} [more] options of the browser
  * @returns {Promise<{browser: object, url: string, folder: string, close: () => Promise<void>}>}
  */
-export async function openBrowser() {
+export async function openBrowser(more = []) {
     const server = createServer(async ({ url }, answer) => {
         const path = new URL(url, "http://localhost").pathname.replace(/\/$/, "/index.html");
         const file = await readFile(join(BUILT, path)).catch(() => undefined);
@@ -54,6 +55,7 @@ export async function openBrowser() {
             "--ignore-gpu-blocklist",
             "--disable-component-update",
             "--autoplay-policy=user-gesture-required",
+            ...more,
         ],
     });
     const close = async () => {
