@@ -1,166 +1,271 @@
-// The lattice, letters, solids and fountains.
+// What the scenes are made of: the lattice, letters, solids and fountains.
 
-#include "FountainModel.h"
 #include "Objects/Cube.h"
 #include "Objects/Font.h"
+#include "Objects/Grid.h"
 #include "Objects/Particules.h"
 #include "Objects/Particules2.h"
 #include "Objects/Particules3.h"
 #include "Objects/Particules4.h"
 #include "Objects/Particules5.h"
 #include "Objects/Pyramide.h"
-#include "Objects/Scroller.h"
 #include "Objects/Sphere.h"
-#include "Objects/Star.h"
+#include "StandIns/Stage.h"
 
-#include <random>
+#include <algorithm>
 
 namespace {
-using Grids = OnStage;
+const std::string GREY = "0.459 0.459 0.459 0.7";
+const std::string WHITE = "1 1 1 0.7";
+const Colour4 BLACK(0, 0, 0, 1);
+const Colour4 BLUE(0, 0, 0.4f, 1);
+
+class Grids : public OnStage {
+protected:
+    /// Waves count x along z.
+    std::string colourAt(int z, int x) const { return text(grid.getPoints()[100 * x + z].colour); }
+    void hear(std::size_t band, float magnitude) {
+        std::array<float, 512> spectrum{};
+        spectrum.at(band) = magnitude;
+        grid.updateSpectrum(spectrum.data(), spectrum.size());
+    }
+    void spread(int updates) {
+        for (int i = 0; i < updates; ++i) {
+            grid.updateImpulsion();
+        }
+    }
+    Grid grid{100, 100, 1.5f};
+};
+
+TEST_F(Grids, areLinesOnTheGroundBetweenNeighbours) {
+    const Grid small(4, 7, 1.5f);
+    std::set<std::string> lines;
+    for (std::size_t i = 0; i < small.getIndices().size(); i += 2) {
+        const Vector3f& from = small.getPoints()[small.getIndices()[i]].position;
+        const Vector3f line = small.getPoints()[small.getIndices()[i + 1]].position - from;
+        EXPECT_TRUE(text(line) == "1.5 0 0" || text(line) == "0 0 1.5") << text(line);
+        lines.insert(text(from) + text(line));
+    }
+    EXPECT_EQ(lines.size(), 4 * 6 + 3 * 7U); // each once
+    EXPECT_EQ(small.getIndices().size(), 2 * lines.size());
+    EXPECT_EQ(text(small.getPoints().back().position) + " " + text(small.getPoints().back().colour),
+              "4.5 0 9 " + GREY);
+}
+
+TEST_F(Grids, liftSixtyFourPointsByEachOfSixteenBands) {
+    for (const std::size_t band : {0, 7, 15, 16}) {
+        grid.clearElevation();
+        hear(band, 0.5f);
+        std::set<std::size_t> drawn, lifted;
+        for (std::size_t i = 64 * band; i < 64 * band + 64 && i < stage.chance.size(); ++i) {
+            drawn.insert(stage.chance[i] % 10000);
+        }
+        for (std::size_t i = 0; i < 10000; ++i) {
+            grid.getPoints()[i].position.y > 0 ? void(lifted.insert(i)) : void();
+        }
+        EXPECT_EQ(lifted, drawn) << band;
+    }
+}
+
+TEST_F(Grids, spikesRiseAtOnceAndSinkByATenthAFrame) {
+    // One of the last band, which comes last; it has 60 % of the rest colour of the lattice's point of that
+    // number.
+    const Point& spike = grid.getPoints()[stage.chance.back() % 10000];
+    grid.makeImpulsion(15, 0, Colour4(0.2f, 0.4f, 0.6f, 0.5f), 1, 2);
+    const std::array<float, 3> FRAMES[] = {// height per unit of magnitude, magnitude, height
+                                           {15, 0.2f, 3},     {15, 0, 2.9f},     {15, 0.19f, 2.85f},
+                                           {10, 0.19f, 1.9f}, {10, 0.13f, 1.3f}, {10, 0.08f, 1.2f},
+                                           {10, 0.05f, 1.1f}, {5, 0.13f, 0.65f}, {5, 0, 0.55f},
+                                           {5, 0, 0.45f},     {5, 0, 0.35f}};
+    for (const auto& [perUnit, magnitude, height] :
+         FRAMES) { // what counts as louder is 15 times the magnitude
+        grid.setImpulsionValue(perUnit);
+        hear(15, magnitude);
+        EXPECT_EQ(text(spike.position.y, text(spike.colour)), text(height, "0.12 0.24 0.36 0.3"))
+            << magnitude;
+    }
+    hear(15, 0);
+    EXPECT_EQ(text(spike.position.y, text(spike.colour)), "0 0.2 0.4 0.6 0.5"); // flat, and at rest
+    hear(15, 1);
+    grid.clearElevation();
+    grid.clearColour();
+    EXPECT_EQ(text(spike.position.y, text(spike.colour)), "0 " + GREY);
+}
+
+TEST_F(Grids, wavesRunOutRingByRingInWhiteAndLeaveTheirColour) {
+    grid.makeImpulsion(50, 60, BLACK, 1, 6); // steps 1 to 5
+    const char* fading[] = {"1 1 1 0.7",
+                            "0.9 0.9 0.9 0.73",
+                            "0.81 0.81 0.81 0.757",
+                            "0.729 0.729 0.729 0.781",
+                            "0.656 0.656 0.656 0.803",
+                            "0.59 0.59 0.59 0.823",
+                            "0.531 0.531 0.531 0.841",
+                            "0 0 0 1",
+                            "0 0 0 1"}; // near grey it is over
+    for (int update = 1; update <= 9; ++update) {
+        grid.updateImpulsion();
+        for (const auto& [z, x] : {std::pair(50, 60), {51, 60}, {50, 58}, {48, 59}, {52, 62}}) {
+            const int front = update - 1 - std::abs(z - 50) - std::abs(x - 60);
+            EXPECT_EQ(colourAt(z, x), front < 0 ? GREY : fading[front]) << update << ": " << z << " " << x;
+        }
+        EXPECT_EQ(colourAt(50, 65) + colourAt(53, 62), GREY + GREY) << "beyond the last ring";
+    }
+    spread(20);
+    hear(15, 1); // all is over: a spike keeps the colour it rises with
+    spread(20);
+    EXPECT_EQ(text(grid.getPoints()[stage.chance.back() % 10000].colour), "0.275 0.275 0.275 0.42");
+}
+
+TEST_F(Grids, wavesEndAtTheEdgesAndStopEachOther) {
+    const int PLACES[][3] = {{50, 50, 12}, {0, 0, 4},  {99, 99, 4}, {0, 50, 7}, {50, 99, 7},
+                             {-1, 5, 0},   {5, -3, 0}, {100, 5, 0}, {5, 100, 0}};
+    for (const auto& [z, x, third] : PLACES) { // and the number of points three steps from there
+        grid.clearColour();
+        grid.makeImpulsion(z, x, BLACK, 1, 6);
+        spread(4);
+        const auto isWhite = [](const Point& p) { return text(p.colour) == WHITE; };
+        EXPECT_EQ(std::count_if(grid.getPoints().begin(), grid.getPoints().end(), isWhite), third)
+            << z << " " << x;
+        spread(100);
+    }
+    // A second one starts the front anew and takes what it reaches sooner, no more.
+    grid.clearColour();
+    grid.makeImpulsion(50, 50, BLACK, 1, 6);
+    spread(1);
+    grid.makeImpulsion(50, 54, BLUE, 1, 6);
+    spread(1);
+    EXPECT_EQ(colourAt(50, 50) + colourAt(50, 54), WHITE + WHITE);
+    spread(60);
+    EXPECT_EQ(colourAt(50, 52) + ", " + colourAt(50, 53) + ", " + colourAt(50, 58),
+              "0 0 0 1, 0 0 0.4 1, 0 0 0.4 1");
+}
+
 using Objects = OnStage;
 
-TEST_F(Grids, obeyMusicAndWavesAsTheModelDoes) {
-    std::mt19937 random{5};
-    std::uniform_real_distribution<float> unit(0, 1);
-    for (const auto& [X, Y] : {std::pair(16, 16), {20, 7}, {3, 30}, {40, 40}}) {
-        srand(7);
-        Grid grid(X, Y, 1.25f);
-        srand(7); // the same chance for both
-        GridModel model(X, Y, 1.25f);
-        ASSERT_NO_FATAL_FAILURE(model.expectAlike(grid));
-        for (int frame = 0; frame < 400; ++frame) {
-            std::array<float, 16> spectrum{};
-            std::generate_n(spectrum.begin(), 16, [&] { return random() % 3 == 0 ? unit(random) : 0; });
-            const float spike = frame < 3 ? 15 : frame % 3 == 0 ? 20 : 8; // 15 unless told otherwise
-            if (frame >= 3) {
-                grid.setImpulsionValue(spike);
+TEST_F(Objects, lettersLookLikeThis) {
+    const char* ALPHABET[] = {
+        "  #   ##### ##### ####  ##### ##### ##### #   #   #  ",
+        " ###  #   # #     #  #  #     #     #     #   #   #  ",
+        " ###  ##### #     #  #  ##### ##### # #   #####   #  ",
+        "## ## #   # #     #  #  #     #     # #   #   #   #  ",
+        "#   # ##### ##### ####  ##### #     ###   #   #   #  ",
+        "   #  #  ## #     #   # #   # ##### ##### ##### #####",
+        "   #  ####  #     ## ## ##  # #   # #   # #   # #   #",
+        " # #  ##    #     # # # # # # #   # ##### # # # #####",
+        " # #  ####  #     #   # #  ## #   # #     #  ## #### ",
+        " ###  #  ## ##### #   # #   # ##### #     ##### #  ##",
+        "##### ##### #   # #   # #   # #   # #   # #####      ",
+        "#       #   #   # ## ## #   #  # #   # #   #         ",
+        "#####   #   #   #  # #  # # #   #     #     #        ",
+        "    #   #   #   #  ###  ## ##  # #    #      #       ",
+        "#####   #   #####   #   #   # #   #   #   #####      ",
+    };
+    const Font font(BLUE);
+    for (int letter = 0; letter < 26; ++letter) {
+        const Points lines =
+            drawn([&] { font.getLetterRenderer(static_cast<char>('A' + letter))->draw(8); })[0].points;
+        Words rows(5, "     "); // as seen from above, in quarters of a letter
+        for (std::size_t i = 0; i < lines.size(); i += 2) {
+            for (float t = 0.003f; t < 1; t += 0.01f) {
+                const Vector3f p = lines[i].position * (1 - t) + lines[i + 1].position * t;
+                rows.at(std::lround(4 * p.z)).at(std::lround(4 * p.x + 2)) = '#';
             }
-            grid.updateSpectrum(spectrum.data(), 512);
-            model.spectrum(spectrum.data(), spike);
-            if (random() % 8 == 0) { // some of them off the lattice, some bright enough to stay
-                const Colour4 colour(unit(random), unit(random) / 2, unit(random) / 2, 0.7f);
-                const int x = static_cast<int>(random() % 50) - 5;
-                const int y = static_cast<int>(random() % 50) - 5;
-                const unsigned int step = random() % 3;
-                const unsigned int limit = 4 + random() % 3;
-                grid.makeImpulsion(x, y, colour, step, limit);
-                model.impulsion(x, y, colour, step, limit);
-            }
-            if (frame == 200) {
-                grid.clearColour();
-                model.paint(GREY);
-            } else if (frame == 250) {
-                grid.clearColour(Colour3(0.1f, 0.2f, 0.3f));
-                grid.clearElevation();
-                model.paint(Colour4(0.1f, 0.2f, 0.3f, 1));
-                model.level();
-            }
-            grid.updateImpulsion();
-            model.waves();
-            ASSERT_NO_FATAL_FAILURE(model.expectAlike(grid)) << X << " x " << Y << " " << frame;
+        }
+        for (int row = 0; row < 5; ++row) {
+            EXPECT_EQ(rows[row], std::string(ALPHABET[letter / 9 * 5 + row]).substr(letter % 9 * 6, 5));
         }
     }
 }
 
-TEST_F(Grids, haveSegmentsBetweenNeighboursAndMounds) {
-    const Grid small(2, 3, 1);
-    tell(small.getNumberPointsX(), "by", small.getNumberPointsY());
-    for (std::size_t i = 0; i < small.getIndices().size(); i += 2) {
-        tell(small.getIndices()[i], "to", small.getIndices()[i + 1]);
+TEST_F(Objects, wordsRunInTwoDirectionsOnTheGround) {
+    const Font font(BLUE);
+    Words lines;
+    for (const Drawing& letter : drawn([&] {
+             font.drawText({36, 1, 42}, "i \xE9I", 0.4f);
+             font.drawText2({10, 1, 20}, "iz", 2);
+             font.drawText({1, 2, 3}, "I", 1); // where it should: nothing stays of the others
+         })) {
+        const Points& p = letter.points;
+        lines.push_back(text(p.front().position) + " to " + text(p.back().position));
+        EXPECT_EQ(text(letter.sizes[1], text(p.back().colour)), "8 0 0 0.4 1");
     }
-    const int MOUNDS[][5] = {{20, 1, 10, 0, 20}, {1, 20, 0, 10, 20}, {7, 1, 3, 0, 2},
-                             {2, 2, 0, 0, 20},   {3, 1, 3, 0, 9},    {1, 3, 0, 3, 9}};
-    for (const auto& [X, Y, x, y, height] : MOUNDS) {
-        Grid grid(X, Y, 1);
-        grid.makeElevation(x, y, static_cast<float>(height), 0);
-        tell(told(grid.getPoints()));
-    }
-    expectStory("Grids");
+    EXPECT_EQ(lines, Words({"36 1 42 to 36 1 41.6", "34.2 1 42 to 34.2 1 41.6", "10 1 20 to 8 1 20",
+                            "8 1 22 to 10 1 24", "1 2 3 to 1 2 2"}));
 }
 
-TEST_F(Objects, writeAllLettersInTwoWaysAndScroll) {
-    Font font(Colour4(0.7f, 0.1f, 0.2f, 0.6f));
-    for (char letter = 'a'; letter <= 'z'; ++letter) {
-        font.getLetterRenderer(letter)->draw(1);
-        tell(letter, told(stage.drawings.back()));
+/// The number of different lines, their lengths, and the corners of the box that holds them.
+std::string shape(const Drawing& drawing) {
+    std::set<std::string> lines, lengths;
+    Vector3f low(99, 99, 99);
+    Vector3f high(-99, -99, -99);
+    for (std::size_t i = 0; i < drawing.points.size(); ++i) {
+        const Vector3f& p = drawing.points[i].position;
+        const Vector3f& q = drawing.points[i ^ 1].position;
+        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
+        lengths.insert(text(std::sqrt((p - q).dot(p - q))));
+        lines.insert(std::min(text(p), text(q)) + std::max(text(p), text(q)));
     }
-    keep("[a-z] ");
-    stage.drawings.clear();
-    expectStory("Letters");
-
-    font.drawText({36, 1, 42}, "", 0.3f);
-    font.drawText2({10, 1, 20}, "i1Z\xE9", 2);
-    expectStory("Writing");
-
-    // Letters within 40 units of the middle are seen; far away it comes back from the other side.
-    for (const auto& [z, updates] : {std::pair(43.0f, 0), {-37.0f, 0}, {199.99f, 1}, {199.9f, 2}}) {
-        Scroller scroller(&font, {3, 1, z}, "iiii i");
-        for (int i = 0; i < updates; ++i) {
-            scroller.update();
-        }
-        scroller.draw(0.5f);
-    }
-    keep("glP|glT|glS|glLineWidth|glDraw");
-    expectStory("Scrolling");
+    return text(lines.size(), "of", *lengths.begin(), "to", *lengths.rbegin(), "in", text(low), "to",
+                text(high));
 }
 
-/// Tells how it is drawn, turned by 90 degrees about each axis, and how it moves.
-template <typename Solid>
-void tellSolid(Solid&& solid) {
-    solid.draw();
-    tell(told(stage.drawings.back()));
-    if constexpr (!std::is_same_v<Solid, Star>) {
-        for (const bool active : {solid.getActive(), true, false}) {
-            solid.setActive(active);
-            for (int i = 0; i < 10; ++i) {
-                solid.update();
-            }
-            tell("active", solid.getActive());
-            solid.draw();
-        }
-    }
-}
-
-TEST_F(Objects, haveTheirCornersAndEdgesAndRiseOnceActive) {
+TEST_F(Objects, solidsStandWhereTheyShouldAndRiseOnceActive) {
     const Vector3f at(1, 2, 3);
-    const Vector3f turn(90, 91, 92);
     const Colour3 colour(0.1f, 0.2f, 0.3f);
-    tellSolid(Cube(at, turn, colour, 0.5f, 7));
-    tellSolid(Pyramide(at, turn, colour, 0.5f));
-    tellSolid(Sphere(at, turn, colour, 2, 3, 7));
-    tellSolid(Star(at, turn, colour));
-    keep("[0-9]|active|glTranslatef");
-    expectStory("Solids");
-    Star star(at, turn, colour);
-    star.update();
-    star.draw();
-    expectStory("Stars");
+    Cube cube(at, {}, colour, 0.5f, 0);
+    Pyramide pyramid(at, {90, 0, 90}, colour,
+                     0.5f); // its top to the left by z, where the turn by x leaves it
+    Sphere sphere(at, {}, colour, 0.5f, 10, 0);
+    for (const auto& [active, height] : {std::pair(false, 2.0f), {true, 2.5f}, {false, 2.5f}}) {
+        cube.setActive(active);
+        for (int update = 0; update < 10; ++update) {
+            cube.update();
+        }
+        EXPECT_EQ(text(cube.getActive(), shape(drawn([&] { cube.draw(); })[0])),
+                  text(active, "12 of 1 to 1 in 0.5", height - 0.5f, "2.5 to 1.5", height + 0.5f, "3.5"));
+    }
+    const Drawing turned = drawn([&] { pyramid.draw(); })[0];
+    EXPECT_EQ(shape(turned), "8 of 1 to 1.436 in 0.25 1.5 2.5 to 1.5 2.5 3.5");
+    EXPECT_EQ(text(turned.sizes[1], text(turned.points[0].colour)), "4 0.1 0.2 0.3 1");
+    const Points rings = drawn([&] { sphere.draw(); })[0].points;
+    std::set<std::string> levels;
+    for (std::size_t i = 0; i < rings.size(); ++i) {
+        const Vector3f out = rings[i].position - at;
+        EXPECT_NEAR(out.dot(out), 0.25f, 1e-4);
+        EXPECT_NEAR(rings[i].position.z, rings[i ^ 1].position.z, 1e-4); // no line leaves its ring
+        levels.insert(text(std::round(out.z * 100)));
+    }
+    EXPECT_EQ(text(rings.size(), levels.size()), "400 11");
 }
 
 template <typename Particules>
-void expectFountain(int kind) {
-    for (const unsigned int capacity : {0U, 150U, 250U}) {
+void expectFountain(float size, const std::string& first, const std::string& hundredth) {
+    for (const unsigned int capacity : {0, 150, 500}) {
         Particules fountain({5, 2, 9}, Colour4(1, 0.8f, 0.5f, 0.9f), capacity, 0.7f);
-        FountainModel model{kind, capacity};
-        for (std::size_t update = 0; update < 500; ++update) {
-            SCOPED_TRACE(call("kind", kind, "update", update));
-            fountain.draw();
-            ASSERT_NO_FATAL_FAILURE(model.expectDrawn(stage.drawings.back()));
-            fountain.update();
-            model.update();
+        for (unsigned int update = 0; update < 300; ++update, fountain.update()) {
+            const Drawing drawing = drawn([&] { fountain.draw(); })[0];
+            const Points& points = drawing.points;
+            ASSERT_EQ(points.size(), std::min({update, 202U, capacity})); // updates of a life
+            EXPECT_EQ(drawing.sizes[0], size);
+            if (capacity == 500 && (update == 1 || update == 100)) {
+                EXPECT_EQ(text(points.back().position), update == 1 ? first : hundredth);
+                EXPECT_EQ(text(points.back().colour), "0.3 0.24 0.15 0.9"); // 30 %, and all of the alpha
+            }
+            if (capacity == 500 && update == 202) { // the first one, sunk by 0.402 and faded by 1.005
+                EXPECT_NEAR(points[0].position.y, std::stof(first.substr(6)) - 0.402, 1e-3);
+                EXPECT_NEAR(points[0].colour.a, -0.105, 1e-3);
+            }
         }
     }
 }
 
-TEST_F(Objects, emitAlongTheirCurvesSinkFadeAndBury) {
-    expectFountain<Particules>(1);
-    expectFountain<Particules2>(2);
-    expectFountain<Particules3>(3);
-    keep("glPointSize");
-    expectFountain<Particules4>(4);
-    expectFountain<Particules5>(5);
-    keep("glPointSize");
-    Particules2({}, {}, 3, 0).draw();
-    expectStory("Fountains");
+TEST_F(Objects, fountainsEmitAlongTheirCurvesSinkFadeAndBury) {
+    expectFountain<Particules>(4, "5.644 3 10", "6.829 3 9.549");
+    expectFountain<Particules2>(3, "5.644 3.765 10", "7.819 2.105 10.539");
+    expectFountain<Particules3>(3, "5.644 3.765 10", "7.637 3.937 8.015");
+    expectFountain<Particules4>(3, "5.644 3.765 10.465", "7.637 3.937 11.806");
+    expectFountain<Particules5>(3, "5.644 3.765 10.344", "7.637 3.937 12.166");
 }
 } // namespace

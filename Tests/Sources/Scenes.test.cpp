@@ -1,7 +1,7 @@
-// The six scenes against scripts of what they should do, frame by frame.
+// The six scenes at the pace of the show: how each is filmed, fades and pulses, what it writes, and what the
+// music does in it.
 
 #include "3D/Camera/RotatingCamera.h"
-#include "GridModel.h"
 #include "Objects/Font.h"
 #include "Scenes/ScenePartWorld.h"
 #include "Scenes/SceneSad.h"
@@ -10,185 +10,357 @@
 #include "Scenes/SceneSpectrumImpulsePart.h"
 #include "Scenes/SceneSpectrumPart.h"
 #include "StandIns/Stage.h"
+#include "Timeline.h"
 
-#include <map>
+#include <algorithm>
 #include <memory>
-#include <random>
 
 namespace {
 using Ms = unsigned int;
+const Ms START = 0xFFFFFFFF - 7000; // on the engine clock, which wraps in every scene
+const std::string WHITE = "1 1 1 0.7";
 
-/// What a scene is to do.
-struct Script {
-    std::unique_ptr<Scene> pScene;
-    bool rests;        ///< in the first update
-    bool listens;      ///< moves the spikes
-    bool waves;        ///< moves the waves
-    float spike;       ///< height of the spikes in the end
-    std::size_t fires; ///< bands that fire waves
+/// A scene whose clock can be read.
+template <typename Filmed>
+struct Clocked : Filmed {
+    using Filmed::startTime;
 };
 
-enum { SAD, SPECTRUM, GREET, PART, IMPULSE, WORLD, GREET_AGAIN };
-
-/// When each is updated, from its first moment to its last: where something begins or ends, and between.
-const std::vector<Ms> MOMENTS[] = {
-    {0,    250,  490,  500,  570,  580,  1410, 2820, 2821, 3000,  3400,  4410, 5820,
-     5821, 6000, 7410, 8820, 8821, 9000, 9020, 9030, 9040, 10410, 11820, 11821},
-    {0,    10,   250,   490,   500,   2760,  4490,  4500,  4510,  5000,  5510,  5511,
-     5600, 8350, 11100, 11101, 11200, 13950, 16700, 16701, 16800, 19566, 22332, 22333},
-    {0, 16, 33, 490, 500, 2700, 6000, 6010, 6020, 6030, 9775, 19000, 19010, 19020, 19030, 19040, 19050, 19546,
-     19547},
-    {0, 10, 250, 490, 500, 2510, 4490, 4500, 4510, 5000, 5010, 5011, 5100, 7600, 9510, 10100, 10101},
-    {0, 250, 490, 500, 7500, 7510, 7520, 14490, 14500, 14510, 15000, 15001},
-    {0,    250,  490,  500,  1000, 2000,  3000,  4000,  5000,  6000,  7000,  8000,  8100, 8200,
-     8300, 8400, 8500, 8600, 9990, 10000, 10001, 12500, 24490, 24500, 24510, 25000, 25001},
-    {0, 1, 2790, 2791, 5580, 5581, 16740, 16741, 19532}};
-
-/// A random number as a part of the largest.
-float unit(int drawn) { return static_cast<float>(drawn) / 2147483648.0f; }
-
-/// What the scene writes: where and how, and the letters, each with a dot for the step behind it.
-std::string writtenBy(Scene& scene, const Colour4& ink) {
-    const Font font(ink);
-    std::map<std::string, std::string> letters;
-    for (char letter = 'a'; letter <= 'z'; ++letter) {
-        font.getLetterRenderer(letter)->draw(8);
-        letters[told(stage.drawings.back())] = letter;
-    }
-    stage.drawings.clear();
-    stage.calls.clear();
-    scene.draw(nullptr);
-    std::string text;
-    auto drawing = stage.drawings.begin();
-    for (const std::string& call : stage.calls) {
-        const std::string name = call.substr(0, call.find(' '));
-        const bool places = name == "glTranslatef" || name == "glRotatef" || name == "glScalef";
-        text += name == "glDrawElements"         ? letters[told(*drawing++)]
-                : call == "glTranslatef 1.5 0 0" ? "."
-                : places                         ? " " + call + " "
-                                                 : "";
-    }
-    return text;
+template <typename Filmed>
+std::pair<Scene*, const std::uint32_t*> make() {
+    auto* pScene = new Clocked<Filmed>();
+    return {pScene, &pScene->startTime};
 }
+
+enum { OPENING, FLIGHT, GREETINGS, FOUNTAINS, WAVES, DESCENT };
+std::pair<Scene*, const std::uint32_t*> (*const SCENES[])() = {
+    make<SceneSad>,          make<SceneSadSpectrum>,         make<SceneSadSpectrumGreet>,
+    make<SceneSpectrumPart>, make<SceneSpectrumImpulsePart>, make<ScenePartWorld>};
+
+/// A scene over a lattice of its own.
+struct Screening {
+    explicit Screening(int scene) : again(std::exchange(shown.at(scene), true)) {
+        std::tie(pScene, pClock) = SCENES[scene]();
+        stage.spectrum = [this](float* heard) { std::copy(spectrum.begin(), spectrum.end(), heard); };
+    }
+    ~Screening() { delete pScene; }
+    Screening(const Screening&) = delete;
+    Screening& operator=(const Screening&) = delete;
+
+    /// A frame; whether the scene goes on.
+    bool play() { return pScene->update(camera, &grid, &music, START + std::exchange(ms, ms + 15)); }
+    /// Up to the update at this time on the scene's own clock.
+    void playTo(Ms end) {
+        while (ms <= end) {
+            ASSERT_TRUE(play()) << ms;
+        }
+    }
+    /// A frame in which some bands are loud; answers the random numbers drawn for it, as parts of the
+    /// largest.
+    std::vector<float> hear(std::size_t from, std::size_t to, float magnitude = 0.3f) {
+        std::fill(spectrum.begin() + from, spectrum.begin() + to, magnitude);
+        stage.chance.clear();
+        play();
+        spectrum.fill(0);
+        std::vector<float> parts(stage.chance.size());
+        std::transform(stage.chance.begin(), stage.chance.end(), parts.begin(),
+                       [](int n) { return n / 2147483648.0f; });
+        return parts;
+    }
+    /// All there is to see of the scene's own, or of what else is drawn.
+    Words look() const {
+        return look([this] { pScene->draw(nullptr); });
+    }
+    template <typename Action>
+    static Words look(const Action& action) {
+        Words all;
+        for (const Drawing& drawing : drawn(action)) {
+            std::string& its = all.emplace_back(text(drawing.kind, drawing.sizes.at(drawing.kind)));
+            for (const Point& point : drawing.points) {
+                its += ", " + text(point.position) + " in " + text(point.colour);
+            }
+        }
+        return all;
+    }
+    /// A point of the lattice; waves count x along z.
+    std::string colourAt(Ms z, Ms x) const { return text(grid.getPoints().at(100 * x + z).colour); }
+
+    std::array<float, 512> spectrum{};
+    Scene* pScene = nullptr;
+    const std::uint32_t* pClock = nullptr;
+    RotatingCamera camera{{6, 0, 6}, 6, 0.3f};
+    Grid grid{100, 100, 1.5f};
+    Music music;
+    Ms ms = 0;
+    bool again; ///< whether this process has shown it before
+    static inline std::array<bool, 6> shown{};
+};
 
 using Scenes = OnStage;
 
-TEST_F(Scenes, followTheirScripts) {
-    srand(3);
-    GridModel model(100, 100, 1.5f);
-    srand(3);
-    Grid grid(100, 100, 1.5f);
-    RotatingCamera camera({6, 0, 6}, 6, 0.3f);
-    Music music;
-    std::array<float, 512> spectrum{};
-    stage.spectrum = [&spectrum](float* heard) { std::copy(spectrum.begin(), spectrum.end(), heard); };
-    std::mt19937 random{11};
-    std::vector<std::string> story;
-    stage.drawn.clear();
-    const Script SCRIPTS[] = {{std::make_unique<SceneSad>(), false, false, false, 15, 0},
-                              {std::make_unique<SceneSadSpectrum>(), true, true, false, 15, 0},
-                              {std::make_unique<SceneSadSpectrumGreet>(), true, false, true, 15, 0},
-                              {std::make_unique<SceneSpectrumPart>(), true, true, false, 10, 0},
-                              {std::make_unique<SceneSpectrumImpulsePart>(), false, true, true, 8, 8},
-                              {std::make_unique<ScenePartWorld>(), false, false, true, 8, 10},
-                              {std::make_unique<SceneSadSpectrumGreet>(), true, false, true, 15, 0}};
-    const std::vector<int> places = stage.drawn; // of the solids of the last scene, x and z
-    ASSERT_EQ(places.size(), 900U);
-    std::array<float, 150> heights{};
-    auto* launched = heights.begin();
-    for (const Script& script : SCRIPTS) {
-        const auto index = &script - SCRIPTS;
-        Scene& scene = *script.pScene;
-        const bool greets = index == GREET || index == GREET_AGAIN;
-        grid.setImpulsionValue(15);
-        grid.makeImpulsion(50, 60, Colour4(0.3f, 0.2f, 0.1f, 0.5f), 1, 20);
-        model.impulsion(50, 60, {0.3f, 0.2f, 0.1f, 0.5f}, 1, 20);
-        story.push_back(call("Scene", index));
-        std::string written;
-        int frame = 0;
-        for (const Ms moment : MOMENTS[index]) {
-            SCOPED_TRACE(call("scene", index, "at", moment));
-            const int loudest = ++frame % 2 == 0 ? 45 : 21;
-            std::generate_n(spectrum.begin(), 16,
-                            [&] { return static_cast<float>(random() % loudest) / 100; });
-            spectrum[2] = frame % 16 == 3 ? 0.25f : 0.24f;
-            stage.drawn.clear();
-            const bool plays =
-                scene.update(camera, &grid, &music, moment - 7001); // across the wrap of the clock
-            ASSERT_EQ(plays, moment != MOMENTS[index].back());
-            if (plays) {
-                scene.setSceneRender();
-            }
-            story.push_back(call(moment, "ms", plays ? stage.calls.back() : "over", "fade",
-                                 scene.getFadeValue(), "pulse", scene.getPulseValue()));
-            std::for_each(heights.begin(), launched, [](float& height) { height += 0.05f; });
-            if (plays && !(script.rests && frame == 1)) {
-                if (script.listens) {
-                    model.spectrum(spectrum.data(), script.spike);
-                }
-                if (greets) {
-                    model.level();
-                }
-                // The waves, by the random numbers that were drawn for them.
-                const std::size_t numbers = index == IMPULSE ? 5 : 3;
-                const auto isLoud = [](float magnitude) { return magnitude > 0.2f; };
-                const auto loud = std::count_if(spectrum.begin(), spectrum.begin() + script.fires, isLoud);
-                ASSERT_EQ(stage.drawn.size(), numbers * loud);
-                for (auto n = stage.drawn.begin(); n != stage.drawn.end(); n += numbers) {
-                    if (index == IMPULSE) {
-                        const auto ahead = static_cast<float>(stage.view[0]) / 1.5f + unit(n[3]) * 20;
-                        model.impulsion(unit(n[4]) * 10 + 20, ahead,
-                                        {unit(n[0]), unit(n[1]), unit(n[2]), 0.7f}, 1, 6);
-                    } else {
-                        model.impulsion(unit(n[2]) * 100 - 10, unit(n[1]) * 100 - 10, {0, 0, 0, 1}, 1, 6);
-                    }
-                }
-                launched += index == WORLD && !stage.drawn.empty() ? 1 : 0;
-                if (script.waves) {
-                    model.waves();
-                }
-            } else if (greets && !plays) {
-                model.paint(GREY);
-            }
-            ASSERT_NO_FATAL_FAILURE(model.expectAlike(grid));
+TEST_F(Scenes, areFilmedInStraightMoves) {
+    const std::pair<int, std::array<Vector3f, 4>> SHOTS[] = {
+        // eye from and to, point looked at from and to
+        {OPENING, {{{38, 4, 34}, {34, 4, 34}, {36, 0, 37}, {34, 0, 36}}}},
+        {OPENING, {{{44, 4, 34}, {41, 4, 34}, {38, 0, 37}, {41, 0, 36}}}},
+        {OPENING, {{{44, 5, 40}, {41, 5, 41}, {38, 0, 39}, {41, 0, 43}}}},
+        {OPENING, {{{34, 5, 40}, {38, 5, 43}, {36, 0, 42}, {34, 0, 42}}}},
+        {FLIGHT, {{{92, 4, 56}, {40, 5.5f, 48}, {86, 1, 52}, {34, 1, 48}}}},
+        {FLIGHT, {{{52, 5.5f, 48}, {104, 6.5f, 96}, {52, 1, 67}, {12, 0, 67}}}},
+        {FLIGHT, {{{48, 8, 48}, {96, 8, 48}, {38, 0, 38}, {28, 0, 38}}}},
+        {FLIGHT, {{{56, 4, 104}, {12, 5.5f, 47}, {23, 1, 56}, {46, 1, 29}}}},
+        {GREETINGS, {{{50, 50, 50}, {50, 80, 50}, {50.01f, 0, 50.01f}, {50.01f, 0, 50.01f}}}},
+        {FOUNTAINS, {{{49, 5.5f, 59}, {79, 4, 89}, {98, 1, 89}, {37, 1, 43}}}},
+        {FOUNTAINS, {{{79, 5.5f, 89}, {40, 4, 40}, {40, 1, 50}, {20, 1, 20}}}},
+        {WAVES, {{{25, 5.5f, 20}, {65, 2, 20}, {35, 1, 30}, {75, 1, 30}}}},
+        {DESCENT, {{{20, 5.5f, 20}, {75, 0, 75}, {30, 1, 30}, {78, 1, 78}}}},
+    };
+    std::unique_ptr<Screening> pScreening;
+    for (std::size_t row = 0, shot = 0; row < std::size(SHOTS); ++row, ++shot) {
+        const auto& [scene, places] = SHOTS[row];
+        if (row == 0 || scene != SHOTS[row - 1].first) {
+            pScreening = std::make_unique<Screening>(scene);
+            shot = 0;
+        }
+        const Ms waits = shot == 0 && timeline::SCENES[scene].startsFirst ? 2 : 1; // frames before it moves
+        for (Ms frame = 0; frame < timeline::shotFrames(scene, shot); ++frame) {
+            pScreening->pScene->setSceneRender();
+            const float part =
+                15.0f * (std::max(frame, waits) - waits) / timeline::SCENES[scene].moves.at(shot);
+            const Vector3f eye = places[0] + (places[1] - places[0]) * part;
+            const Vector3f look = places[2] + (places[3] - places[2]) * part;
+            const std::array<double, 9> wanted = {eye.x, eye.y, eye.z, look.x, look.y, look.z, 0, 1, 0};
+            ASSERT_THAT(view, testing::Pointwise(testing::DoubleNear(1e-3), wanted)) << text(row, frame);
+            const bool last =
+                frame + 1 == timeline::shotFrames(scene, shot) && timeline::shotFrames(scene, shot + 1) == 0;
+            ASSERT_EQ(pScreening->play(), !last) << text(row, frame);
+        }
+    }
+}
 
-            if (index == SAD || greets) {
-                const Colour4 ink =
-                    index == SAD ? Colour4(0.7f, 0, 0, 0.7f) : Colour4(0.9f, 0.9f, 0.9f, 0.7f);
-                const std::string all = writtenBy(scene, ink);
-                if (all != written) {
-                    story.push_back("writes" + all.substr(all.find(written) == 0 ? written.size() : 0));
-                }
-                written = all;
+TEST_F(Scenes, fadeInAndOutAndMoveTheirClocksOn) {
+    const std::tuple<int, Ms, const char*> FADES[] = {
+        // what the clock has moved on by in the end; at ms: brightness
+        // On the clock of the scene each shot fades in for half a second, out for two and a quarter.
+        {OPENING, 0,
+         "0: 0, 240: 0.48, 495: 0.99, 570: 0.99, 585: 0.993, 1410: 0.627, 2805: 0.007, 2820: 0, 3060: 0.48, "
+         "8475: 0.03, 11265: 0.007, "},
+        {FLIGHT, 0,
+         "0: 0, 15: 0.03, 495: 0.99, 4500: 0.99, 4515: 0.97, 4995: 0.01, 5010: 0.02, 20010: 0.02, 22095: "
+         "0.98, "},
+        {GREETINGS, 0, "0: 0, 15: 0.03, 495: 0.99, 19545: 0.99, "},
+        // By flights; the second one's fades run ahead of its camera.
+        {FOUNTAINS, 10000,
+         "0: 0, 15: 0.03, 495: 0.99, 4500: 0.99, 4515: 0.97, 4995: 0.01, 5010: 0.02, 5490: 0.98, "
+         "9495: 0.98, 9510: 0.98, 9990: 0.02, 10005: 0.01, 10020: 0.04, "},
+        {WAVES, 15000, "0: 0, 240: 0.48, 495: 0.99, 510: 1, 14490: 1, 14505: 0.99, 14985: 0.03, 15000: 0, "},
+        {DESCENT, 25000,
+         "0: 0, 495: 0.99, 510: 1, 9990: 1, 10005: 1, 10020: 0.999, 17505: 0.5, 24990: 0.001, "},
+    };
+    for (const auto& [scene, clock, fades] : FADES) {
+        Screening screening(scene);
+        EXPECT_EQ(screening.pScene->getFadeValue(), 0); // before it begins
+        std::istringstream wanted(fades);
+        std::string found, rest;
+        for (Ms ms = 0; wanted >> ms; wanted >> rest >> rest) {
+            screening.playTo(ms);
+            found += std::to_string(ms) + ": " + text(screening.pScene->getFadeValue()) + ", ";
+        }
+        EXPECT_EQ(found, fades);
+        while (screening.play()) {
+        }
+        EXPECT_EQ(screening.pScene->getFadeValue(), 0) << scene;
+        EXPECT_EQ(*screening.pClock - START, clock) << scene;
+    }
+}
+
+TEST_F(Scenes, writeTheirWordsOnTheGround) {
+    const Font red(Colour4(0.7f, 0, 0, 0.7f));
+    const Font white(Colour4(0.9f, 0.9f, 0.9f, 0.7f));
+    const struct {
+        int scene;
+        Ms from;
+        Vector3f place;
+        const char* words;
+        float size;
+        void (Font::*way)(const Vector3f&, const std::string&, float) const;
+    } WORDS[] = {
+        {OPENING, 0, {36, 1, 36}, "olmbrex", 0.3f, &Font::drawText},
+        {OPENING, 2835, {42, 1, 36}, "presents", 0.3f, &Font::drawText},
+        {OPENING, 5685, {42, 1, 42}, "a new demo", 0.3f, &Font::drawText},
+        {OPENING, 8535, {36, 1, 42}, "quelar", 0.4f, &Font::drawText},
+        {GREETINGS, 30, {45, 1, 50}, "tunko crew", 1, &Font::drawText},
+        {GREETINGS, 2820, {43, 1, 47}, "vastor", 1, &Font::drawText},
+        {GREETINGS, 5610, {72, 1, 52}, "kelpfounders", 1.5f, &Font::drawText2},
+        {GREETINGS, 8400, {66, 1, 59}, "marigrove", 1.7f, &Font::drawText2},
+        {GREETINGS, 11190, {64, 1, 33}, "ziiiz", 1.7f, &Font::drawText2},
+        {GREETINGS, 13980, {58, 1, 33}, "q ton", 1.7f, &Font::drawText2},
+        {GREETINGS, 16770, {54, 1, 76}, "plinth orb", 1.8f, &Font::drawText},
+    };
+    for (const int scene : {OPENING, GREETINGS, GREETINGS}) {
+        Screening screening(scene);
+        Words written;
+        for (const auto& row : WORDS) {
+            if (row.scene != scene) {
                 continue;
             }
-            stage.calls.clear();
-            stage.drawings.clear();
-            scene.draw(nullptr);
-            for (std::size_t i = 0; index == WORLD && i < 450; ++i) { // cubes, pyramids and spheres
-                ASSERT_EQ(stage.drawings.at(i).size(), i < 150 ? 24U : i < 300 ? 16U : 400U);
-                const std::string place = call("glTranslatef", 150 * unit(places[2 * i]), heights[i % 150],
-                                               150 * unit(places[2 * i + 1]));
-                ASSERT_EQ(stage.calls.at(14 * i + 1), place);
-                for (const int axis : {2, 3, 4}) {
-                    ASSERT_EQ(stage.calls.at(14 * i + axis).find("glRotatef 0 "), 0U);
-                }
+            // Later shows in one process greet a frame earlier.
+            const Ms moment = row.from - (scene == GREETINGS && screening.again ? 15 : 0);
+            while (screening.ms < moment) {
+                screening.play();
             }
-            if (!plays) { // tells how it is drawn, fountains and some solids by their ends
-                keep("glDisable |glEnable |glBlendFunc|glDraw");
-                const std::size_t drawings = stage.drawings.size();
-                for (std::size_t i = 0; i<drawings; i += drawings> i + 18 ? 150 : 1) {
-                    tell(told({stage.drawings[i].front(), stage.drawings[i].back()}));
-                }
-                story.insert(story.end(), stage.calls.begin(), stage.calls.end());
+            EXPECT_TRUE(moment == 0 || screening.look() == written) << row.words << " too early";
+            screening.play();
+            const Font& font = scene == OPENING ? red : white;
+            const Words its = Screening::look([&] { (font.*row.way)(row.place, row.words, row.size); });
+            written.erase(scene == OPENING ? written.begin() : written.end(),
+                          written.end()); // titles take turns
+            written.insert(written.end(), its.begin(), its.end());
+            EXPECT_TRUE(screening.look() == written) << row.words;
+        }
+    }
+}
+
+TEST_F(Scenes, heedTheMusicEachInItsWay) {
+    // The height of the spikes, from 1 before; what the pulse falls by; random numbers for each of the loud
+    // bands.
+    const std::tuple<int, float, float, std::size_t, std::size_t> WAYS[] = {
+        {OPENING, 1, 0, 0, 0},       {FLIGHT, 4.5f, 0, 0, 0},    {GREETINGS, 0, 0, 0, 0},
+        {FOUNTAINS, 3, 0.04f, 0, 0}, {WAVES, 2.4f, 0.04f, 5, 8}, {DESCENT, 1, 0.08f, 3, 10}};
+    for (const auto& [scene, height, decay, numbers, bands] : WAYS) {
+        SCOPED_TRACE(scene);
+        Screening screening(scene);
+        const Scene& its = *screening.pScene;
+        screening.spectrum.fill(1 / 15.0f);
+        screening.grid.updateSpectrum(screening.spectrum.data(), 512); // as the scene before left it
+        screening.spectrum.fill(0);
+        screening.playTo(0);
+        EXPECT_EQ(screening.hear(0, 512, 0.2f).size(), 0U);
+        EXPECT_EQ(screening.hear(0, 512, 0.2499f).size(), numbers * bands);
+        EXPECT_EQ(its.getPulseValue(), 0);
+        screening.hear(0, 512);
+        const auto isLower = [](const Point& p, const Point& q) { return p.position.y < q.position.y; };
+        const Points& points = screening.grid.getPoints();
+        EXPECT_NEAR(std::max_element(points.begin(), points.end(), isLower)->position.y, height, 1e-4);
+        screening.hear(2, 3, 0.25f);
+        EXPECT_EQ(its.getPulseValue(), decay > 0 ? 1 : 0);
+        for (float pulse = 1; pulse > 0 && decay > 0;) {
+            screening.hear(2, 3, 0.24f);
+            EXPECT_NEAR(its.getPulseValue(), pulse -= decay, 1e-4); // also just below zero
+        }
+        screening.hear(2, 3, 0.24f);
+        EXPECT_EQ(its.getPulseValue(), 0);
+    }
+}
+
+TEST_F(Scenes, fireColouredWavesAheadOfTheCamera) {
+    for (const auto& [ms, camera] : {std::pair(0U, 25.0f), {7500, 45}}) {
+        Screening screening(WAVES);
+        while (screening.ms < ms) {
+            screening.play();
+        }
+        const std::vector<float> n = screening.hear(7, 8);
+        const auto x = static_cast<Ms>(camera / 1.5f + n.at(3) * 20);
+        const auto z = static_cast<Ms>(n.at(4) * 10 + 20);
+        EXPECT_EQ(screening.colourAt(z, x), WHITE) << ms;
+        screening.playTo(ms + 60);
+        EXPECT_EQ(screening.colourAt(z, x + 4), WHITE) << "the last ring";
+        screening.playTo(ms + 2000);
+        EXPECT_EQ(screening.colourAt(z + 1, x), text(n[0], n[1], n[2], 0.7));
+    }
+}
+
+TEST_F(Scenes, fireBlackWavesAnywhereOnTheGroundOrBesideIt) {
+    Screening screening(DESCENT);
+    for (int wave = 0; wave < 50; ++wave) { // about nine of them beside it
+        screening.grid.clearColour();
+        const std::vector<float> n = screening.hear(9, 10);
+        const float x = n.at(1) * 100 - 10;
+        const float z = n.at(2) * 100 - 10;
+        const Points& points = screening.grid.getPoints();
+        const bool any =
+            std::any_of(points.begin(), points.end(), [](const Point& p) { return p.colour.g == 1; });
+        ASSERT_EQ(any, x > -1 && z > -1) << x << " " << z;
+        EXPECT_TRUE(!any || screening.colourAt(z, x) == WHITE);
+        screening.playTo(screening.ms + 400);
+        EXPECT_TRUE(!any || screening.colourAt(z, x) == "0 0 0 1");
+    }
+}
+
+TEST_F(Scenes, launchASolidOfEachKindInEveryLoudFrame) {
+    Screening screening(DESCENT);
+    const std::vector<int> chance(stage.chance.end() - 900,
+                                  stage.chance.end()); // cubes, pyramids, spheres: x, z
+    std::vector<int> launched;
+    for (int frame = 0; frame < 200; ++frame) {
+        const bool loud = frame % 2 == 0 || frame > 10;
+        screening.hear(0, 10, loud ? 0.3f : 0.2f);
+        launched.insert(launched.end(), loud && launched.size() < 150 ? 1 : 0, frame);
+        if (frame == 9 || frame == 199) {
+            const std::vector<Drawing> solids = drawn([&] { screening.pScene->draw(nullptr); });
+            for (std::size_t i = 0; i < 450; ++i) {
+                const float height = i % 150 < launched.size() ? 0.05f * (frame - launched[i % 150]) : 0;
+                // Where its first line begins, on the lower left or on the lowest ring.
+                const Vector3f corner =
+                    i < 300 ? Vector3f(-0.5f, -0.5f, -0.5f) : Vector3f(0.1545f, 0, -0.4755f);
+                const float x = chance[2 * i] / 2147483648.0f * 150;
+                const float z = chance[2 * i + 1] / 2147483648.0f * 150;
+                const Vector3f miss = solids.at(i).points[0].position - corner - Vector3f(x, height, z);
+                ASSERT_LT(miss.dot(miss), 1e-6) << i << " after " << frame;
+                ASSERT_EQ(solids[i].points.size(), i < 150 ? 24U : i < 300 ? 16 : 400);
+                ASSERT_EQ(text(solids[i].points[0].colour), "0.459 0.459 0.459 1");
             }
         }
-        // What the next scene finds, besides the wave.
-        spectrum.fill(0.4f);
-        grid.updateSpectrum(spectrum.data(), 512);
-        model.spectrum(spectrum.data(), script.spike);
     }
-    stage.calls = story;
-    expectStory("Scenes");
+}
+
+TEST_F(Scenes, greetTheWavesToTheirEnd) {
+    Screening screening(GREETINGS);
+    screening.grid.makeImpulsion(50, 50, Colour4(0, 0, 0, 1), 1, 6);
+    screening.playTo(30);
+    EXPECT_EQ(screening.colourAt(50, 51), WHITE);
+    screening.playTo(19545);
+    EXPECT_EQ(screening.colourAt(50, 51), "0 0 0 1");
+    EXPECT_FALSE(screening.play());
+    EXPECT_EQ(screening.colourAt(50, 51), "0.459 0.459 0.459 0.7");
+}
+
+/// Adds the looks of a cluster after two updates: fountains in the show's colours, each a hundredth below the
+/// last.
+template <typename Particules>
+void addCluster(Words& looks, const Vector3f& at,
+                const std::array<float, 6>& phases = {0.2f, 0.4f, 0.6f, 0.7f, 0.9f, 1.1f}) {
+    const Colour4 COLOURS[] = {{0, 0.74f, 0.19f, 1},      {0.39f, 0.87f, 0.52f, 1}, {0.19f, 0.086f, 0.72f, 1},
+                               {0.39f, 0.29f, 0.847f, 1}, {1, 0.8f, 0, 1},          {1, 0.11f, 0, 1}};
+    for (int k = 0; k < 6; ++k) {
+        Particules fountain({at.x, at.y - 0.01f * k, at.z}, COLOURS[k], 500, phases[k]);
+        fountain.update();
+        fountain.update();
+        looks.push_back(Screening::look([&] { fountain.draw(); }).at(0));
+    }
+}
+
+TEST_F(Scenes, haveFountainsWhoseLightIsAdded) {
+    Words wanted[DESCENT + 1];
+    addCluster<Particules2>(wanted[FOUNTAINS], {20, 1, 20});
+    addCluster<Particules2>(wanted[FOUNTAINS], {10, 2, 10}, {1.2f, 1.4f, 1.6f, 1.7f, 1.9f, 2.1f});
+    addCluster<Particules3>(wanted[WAVES], {55, 3, 40});
+    addCluster<Particules5>(wanted[DESCENT], {55, 2, 45});
+    addCluster<Particules5>(wanted[DESCENT], {45, 2, 60});
+    addCluster<Particules4>(wanted[DESCENT], {45, 3, 45});
+    glEnable(GL_DEPTH_TEST);
+    for (const int scene : {FOUNTAINS, WAVES, DESCENT}) {
+        Screening screening(scene);
+        screening.playTo(15);
+        for (const int time : {1, 2}) { // drawing leaves all as it was
+            stage.events.clear();
+            Words looks = screening.look();
+            looks.erase(looks.begin(), looks.end() - wanted[scene].size());
+            EXPECT_TRUE(looks == wanted[scene]) << text(scene, time);
+            for (const std::string& event : stage.events) {
+                EXPECT_EQ(event, event[0] == 'p' ? "points into 0 by 0 added" : "lines into 0 by 0 by depth");
+            }
+        }
+    }
 }
 } // namespace

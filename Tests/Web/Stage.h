@@ -23,19 +23,19 @@ struct Stage {
         }
     }
 
-    /// Of all calls: the brightness and the beat of a drawing, and the end of a frame.
     template <typename... Arguments>
-    bool note(const Arguments&... /*arguments*/) {
+    static constexpr bool note(const Arguments&... /*event*/) {
         return true;
     }
-    bool note(const char* /*uniform*/, GLint /*location*/, GLfloat value) {
-        add(reinterpret_cast<const char*>(&value), 1);
+    /// The brightness and the beat of a drawing.
+    void tell(float uniform) {
+        add(reinterpret_cast<const char*>(&uniform), 1);
         latticeDue = true;
-        return true;
     }
     /// The lattice is the first that is drawn.
-    void show(GLsizei /*count*/, const GLuint* /*indices*/, const char* positions, const char* /*colours*/,
-              std::size_t stride) {
+    template <typename Pen, typename Place>
+    void show(const Pen& /*pen*/, const Place& /*place*/, GLsizei /*count*/, const GLuint* /*indices*/,
+              const char* positions, const char* /*colours*/, std::size_t stride) {
         const std::size_t points = 10000;
         if (latticeDue) {
             add(positions, points * stride / sizeof(float));
@@ -46,6 +46,9 @@ struct Stage {
 
     static void atPump() {}
     Uint32 readClock() const { return now; }
+    static constexpr bool watching = false;
+    static constexpr bool works(const char* /*call*/) { return true; }
+    static void own(GLuint /*object*/, bool /*from*/) {}
     static constexpr GLenum nextError() { return GL_NO_ERROR; }
     static constexpr bool isBroken(GLuint /*object*/) { return false; }
 };

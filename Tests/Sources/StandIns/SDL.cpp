@@ -22,21 +22,20 @@ void SDL_UpdateRect(SDL_Surface* screen, Sint32 x, Sint32 y, Uint32 w, Uint32 h)
     stage.note(__func__, screen->w, x, y, w, h);
 }
 void SDL_GL_SwapBuffers() {
-    stage.note(__func__);
+    stage.note("swap");
     stage.atSwap();
 }
 void SDL_PumpEvents() {
-    stage.note(__func__);
+    stage.note("keys");
     stage.atPump();
 }
 Uint8* SDL_GetKeyState(int* numkeys) {
-    stage.note(__func__);
     *numkeys = static_cast<int>(stage.keys.size());
     return stage.keys.data();
 }
 Uint32 SDL_GetTicks() { return stage.readClock(); }
 void SDL_Delay(Uint32 ms) {
-    stage.note(__func__, ms);
+    stage.note("wait", ms);
     stage.now += ms;
 }
 }
