@@ -1,7 +1,5 @@
 #include "Encoder.h"
 
-#include "writeAll.h"
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -11,7 +9,6 @@
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
-#include <utility>
 
 namespace recorder {
 
@@ -25,18 +22,22 @@ constexpr int ENDED_BY_SIGNAL = 255;
 
 } // namespace
 
+Arguments joined(std::initializer_list<Arguments> parts) {
+    Arguments all;
+    for (const Arguments& part : parts) {
+        all.insert(all.end(), part.begin(), part.end());
+    }
+    return all;
+}
+
 void Encoder::requireInstalled() {
     if (!Process::isInstalled(PROGRAM)) {
         throw std::runtime_error("ffmpeg is not installed; it writes the files");
     }
 }
 
-Encoder::Encoder(const std::vector<std::string>& arguments, const std::string& file, std::string name)
-    : output("file:" + file), name(std::move(name)) {
-    std::vector<std::string> command = {PROGRAM,   "-nostdin", "-hide_banner", "-loglevel", "error",
-                                        "-xerror", "-y"};
-    command.insert(command.end(), arguments.begin(), arguments.end());
-    command.push_back(output);
+Encoder::Encoder(const Arguments& arguments, const Output& output)
+    : target(output.stream < 0 ? "file:" + output.path : "pipe:1"), name(output.name) {
     std::array<int, 2> ends{-1, -1};
     log = memfd_create("encoder", MFD_CLOEXEC);
     if (log < 0 || pipe2(ends.data(), O_CLOEXEC) != 0) {
@@ -47,8 +48,11 @@ Encoder::Encoder(const std::vector<std::string>& arguments, const std::string& f
     input = ends[1];
     fcntl(input, F_SETPIPE_SZ, PIPE_BYTES);
     try {
-        process =
-            std::make_unique<Process>(command, Process::Streams{ends[0], log, log}, Process::Keyboard::OURS);
+        process = std::make_unique<Process>(
+            joined({{PROGRAM, "-nostdin", "-hide_banner", "-loglevel", "error", "-xerror", "-y"},
+                    arguments,
+                    {target}}),
+            Process::Streams{ends[0], output.stream < 0 ? log : output.stream, log}, Process::Keyboard::OURS);
     } catch (...) {
         close(ends[0]);
         close(input);
@@ -66,10 +70,14 @@ Encoder::~Encoder() {
     close(log);
 }
 
-void Encoder::write(const std::vector<unsigned char>& bytes) {
-    if (!writeAll(input, bytes)) {
-        finish();
-        throw std::runtime_error("the encoder (ffmpeg) stopped before the end");
+void Encoder::write(const unsigned char* bytes, std::size_t count) {
+    for (std::size_t done = 0; done < count;) {
+        const ssize_t written = ::write(input, bytes + done, count - done);
+        if (written < 0 && errno != EINTR) {
+            finish();
+            throw std::runtime_error("the encoder (ffmpeg) stopped before the end");
+        }
+        done += written > 0 ? static_cast<std::size_t>(written) : 0;
     }
 }
 
@@ -96,8 +104,8 @@ std::string Encoder::getComplaint() const {
     const ssize_t length = pread(log, text.data(), text.size(), 0);
     std::string line(text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
     line.resize(std::min(line.find('\n'), line.size()));
-    const std::size_t place = line.find(output);
-    return place == std::string::npos ? line : line.replace(place, output.size(), name);
+    const std::size_t place = line.find(target);
+    return place == std::string::npos ? line : line.replace(place, target.size(), name);
 }
 
 } // namespace recorder

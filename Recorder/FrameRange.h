@@ -8,7 +8,6 @@ struct FrameRange {
     unsigned int last;
 
     unsigned int count() const { return last - first + 1; }
-    bool holds(unsigned int frame) const { return frame >= first && frame <= last; }
 };
 
 } // namespace recorder

@@ -2,12 +2,14 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <initializer_list>
 #include <spawn.h>
 #include <sstream>
 #include <stdexcept>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -15,7 +17,7 @@
 
 namespace recorder {
 
-Process::Process(const std::vector<std::string>& command, const Streams& streams, Keyboard keyboard) {
+Process::Process(const Arguments& command, const Streams& streams, Keyboard keyboard) {
     std::vector<char*> argv;
     argv.reserve(command.size() + 1);
     for (const std::string& word : command) {
@@ -38,13 +40,12 @@ Process::Process(const std::vector<std::string>& command, const Streams& streams
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigemptyset(&signals);
-    posix_spawnattr_setsigmask(&attributes, &signals);
     sigaddset(&signals, SIGPIPE);
     posix_spawnattr_setsigdefault(&attributes, &signals);
     posix_spawnattr_setpgroup(&attributes, 0);
-    posix_spawnattr_setflags(&attributes,
-                             static_cast<short>(POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK |
-                                                (keyboard == Keyboard::OURS ? POSIX_SPAWN_SETPGROUP : 0)));
+    posix_spawnattr_setflags(
+        &attributes,
+        static_cast<short>(POSIX_SPAWN_SETSIGDEF | (keyboard == Keyboard::OURS ? POSIX_SPAWN_SETPGROUP : 0)));
 
     const int error = posix_spawnp(&process, argv.front(), &files, &attributes, argv.data(), environ);
     posix_spawnattr_destroy(&attributes);
@@ -56,11 +57,23 @@ Process::Process(const std::vector<std::string>& command, const Streams& streams
     }
 }
 
-Process::~Process() {
-    if (process > 0) {
-        kill(process, SIGKILL);
-        wait();
+Process::Process(const std::function<int()>& work) {
+    std::fflush(nullptr);
+    process = fork();
+    if (process < 0) {
+        throw std::runtime_error("can't start another process: " + std::generic_category().message(errno));
     }
+    if (process == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        const int answer = work();
+        std::fflush(nullptr);
+        _exit(answer);
+    }
+}
+
+Process::~Process() {
+    send(SIGKILL);
+    wait();
 }
 
 bool Process::isInstalled(const std::string& program) {
@@ -74,25 +87,17 @@ bool Process::isInstalled(const std::string& program) {
     return false;
 }
 
+void Process::send(int signal) const {
+    if (process > 0) {
+        kill(process, signal);
+    }
+}
+
 int Process::wait() {
     while (process > 0 && waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
     process = -1;
     return status;
-}
-
-std::optional<int> Process::poll() {
-    if (process > 0 && waitpid(process, &status, WNOHANG) == 0) {
-        return std::nullopt;
-    }
-    process = -1;
-    return status;
-}
-
-void Process::send(int signal) const {
-    if (process > 0) {
-        kill(process, signal);
-    }
 }
 
 } // namespace recorder

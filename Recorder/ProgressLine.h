@@ -8,24 +8,27 @@ namespace recorder {
 /// where standard error is not a terminal.
 class ProgressLine {
 public:
-    /// The last frame is where it is to be at the end.
-    explicit ProgressLine(unsigned int lastFrame);
+    /// The frames that there are at the end.
+    explicit ProgressLine(unsigned int total);
+    ~ProgressLine() { clear(); }
 
-    /// To be told after each frame of the show, whether it was recorded or passed over.
-    void update(unsigned int frame);
+    /// To be told often how many there are.
+    void update(unsigned int done);
+
+    /// The same for a program that listens, terminal or not, as a line of its own; also as a sign of life.
+    void count(unsigned int done);
 
     /// Leaves the line free for something else, for good.
     void clear();
-
-    unsigned int getLastFrame() const { return lastFrame; }
 
 private:
     using Clock = std::chrono::steady_clock;
 
     bool visible;
-    unsigned int lastFrame;
-    unsigned int shownFrame = 0; ///< when the line was last written
-    Clock::time_point shownTime;
+    bool shown = false;
+    unsigned int total;
+    unsigned int before = 0; ///< when the line was last written
+    Clock::time_point then;
     double framesPerSecond = 0.0;
 };
 

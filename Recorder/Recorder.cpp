@@ -1,189 +1,137 @@
 #include "Recorder.h"
 
-#include "ContactSheet.h"
-#include "Encoder.h"
-#include "RawStream.h"
-#include "StillPicture.h"
+#include "DataFolder.h"
+#include "Process.h"
 #include "StopRequest.h"
 #include "Timeline.h"
-#include "VideoFile.h"
-#include "VideoFormat.h"
-#include "Widths.h"
 #include "report.h"
 
-#include <fmod_clock.h>
-
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <stdexcept>
+#include <sys/wait.h>
+#include <utility>
 
 namespace recorder {
 
 namespace {
 
-// Enough to even out frames that are slow to draw or to encode; a large one is 32 MB.
-constexpr std::size_t QUEUE_SLOTS = 4;
-
-unsigned long long soundClock() { return 1000ULL * host::Host::current().getTicks(); }
+std::vector<Film> claimAll(const Options& options, const Track& track) {
+    std::vector<Film> films;
+    const auto claim = [&](Film film) {
+        if (const Draft* const draft = film.getDraft(); draft != nullptr) {
+            for (const Film& other : films) {
+                if (other.getDraft() != nullptr && other.getDraft()->getTarget() == draft->getTarget()) {
+                    throw UsageError("two things are to be " + film.getName());
+                }
+            }
+            std::error_code none;
+            if (std::filesystem::equivalent(draft->getTarget(), track.getSongFile(), none)) {
+                throw UsageError(film.getName() + " is the song");
+            }
+        }
+        films.push_back(std::move(film));
+    };
+    const FrameRange range = options.rangeWithin(track.getFrames());
+    Encoder::requireInstalled();
+    if (options.video == "-") {
+        claim(Film::stream(options, range));
+    } else if (!options.video.empty()) {
+        claim(Film::video(options, track, range));
+    }
+    for (const StillRequest& still : options.stills) {
+        claim(Film::still(options, still));
+    }
+    if (!options.contactSheet.empty()) {
+        claim(Film::contactSheet(options));
+    }
+    return films;
+}
 
 } // namespace
 
-Recorder::Recorder(const Options& options) : Recorder(options, ShowSettings(options)) {}
-
-Recorder::Recorder(const Options& options, const ShowSettings& settings)
-    : frameSize(settings.size),
-      oversampling(options.smooth ? 2 : 1),
-      stage(options.dataFolder, {std::nullopt, options.seed, options.track}),
-      progress(0) {
-    if (options.video != "-" || !options.stills.empty() || !options.contactSheet.empty()) {
-        Encoder::requireInstalled();
-    }
-    if (options.video == "-") {
-        sinks.push_back(std::make_unique<RawStream>(options.range()));
-    } else if (!options.video.empty()) {
-        sinks.push_back(std::make_unique<VideoFile>(
-            options.video, VideoFormat::of(options, settings, stage.getTrack().string())));
-    }
-    for (const StillRequest& still : options.stills) {
-        sinks.push_back(std::make_unique<StillPicture>(still.file, timeline::frameAt(still.time)));
-    }
-    if (!options.contactSheet.empty()) {
-        sinks.push_back(std::make_unique<ContactSheet>(options.contactSheet, stage.getPath().string()));
-    }
-    for (const auto& sink : sinks) {
-        lastFrame = std::max(lastFrame, sink->getLastFrame());
-    }
-    progress = ProgressLine(lastFrame);
-}
-
-Recorder::~Recorder() { stopWriting(); }
+Recorder::Recorder(const Options& options, const Track& track)
+    : dataFolder(options.dataFolder),
+      isPiece(!options.piece.empty()),
+      films(claimAll(options, track)),
+      play{*options.size, options.smooth, *options.seed, track.getSong(), [this](unsigned int frame) {
+               unsigned int next = Film::NONE;
+               for (const Film& film : films) {
+                   next = std::min(next, film.nextFrom(frame));
+               }
+               return next;
+           }} {}
 
 int Recorder::run() {
-    StopRequest::listen();
-    FMOD_Clock_Set(soundClock);
-    const std::filesystem::path home = std::filesystem::current_path();
-    std::filesystem::current_path(stage.getPath());
-    const int status = host::playShow();
-    std::filesystem::current_path(home);
+    const host::DataFolder data(dataFolder);
+    unsigned int last = 0;
+    for (const Film& film : films) {
+        last = std::max(last, film.getLastFrame());
+    }
+    ProgressLine progress(last + 1);
+    int status = 0;
+    unsigned int frame = play.next(0);
+    while (frame != Film::NONE && status == 0 && StopRequest::getSignal() == 0) {
+        const unsigned int round = frame / timeline::SHOW_FRAMES;
+        status = record(round, progress);
+        frame = play.next((round + 1) * timeline::SHOW_FRAMES);
+    }
     progress.clear();
-    stopWriting();
-    if (status != 0) {
-        if (failed) {
-            say(failure);
-        }
-        return status;
-    }
-    return finish();
+    return status == 0 ? finish() : status;
 }
 
-host::Extent Recorder::openWindow(int /*width*/, int /*height*/) {
-    try {
-        if (canvas != nullptr) {
-            throw std::runtime_error("the size of a recording can't change");
-        }
-        const FrameSize size = frameSize.times(oversampling);
-        canvas = std::make_unique<Canvas>(size, frameSize);
-        for (const auto& sink : sinks) {
-            sink->open(frameSize);
-        }
-        canvas->setDrawing(wanted(frame));
-        queue = std::make_unique<FrameQueue>(QUEUE_SLOTS, frameSize.bytes());
-        writer = std::thread(&Recorder::writeFrames, this);
-        return {size.width, size.height};
-    } catch (const std::runtime_error& error) {
-        fail(error.what());
-        throw;
-    }
-}
-
-float Recorder::getPixelScale() const {
-    return static_cast<float>(oversampling) * host::scaleOf(frameSize.height);
-}
-
-void Recorder::closeWindow() { canvas.reset(); }
-
-void Recorder::showFrame() {
-    if (wanted(frame)) {
-        Frame& slot = queue->beginFill();
-        slot.number = frame;
-        canvas->read(slot.pixels.data());
-        queue->endFill();
-    }
-    if (frame >= progress.getLastFrame()) {
-        // The show's own closing lines follow.
-        progress.clear();
-    } else {
-        progress.update(frame);
-    }
-    ++frame;
-    canvas->setDrawing(wanted(frame));
-}
-
-bool Recorder::wantsEscape() { return frame > lastFrame || failed || StopRequest::getSignal() != 0; }
-
-bool Recorder::wanted(unsigned int number) const {
-    return std::any_of(sinks.begin(), sinks.end(), [&](const auto& sink) { return sink->wants(number); });
-}
-
-void Recorder::writeFrames() {
-    while (const Frame* const next = queue->beginTake()) {
-        // After a failure the rest only passes through, so that the show gets to its end.
-        if (!failed) {
-            try {
-                for (const auto& sink : sinks) {
-                    if (sink->wants(next->number)) {
-                        sink->take(*next);
-                    }
+int Recorder::record(unsigned int round, ProgressLine& progress) {
+    FrameLink link(play.size.bytes());
+    Process drawing([&] {
+        link.take(FrameLink::Side::DRAWING);
+        return Performance(play, round, link).run();
+    });
+    link.take(FrameLink::Side::WRITING);
+    using Kind = FrameLink::Event::Kind;
+    bool asked = false;
+    for (FrameLink::Event event{}; event.kind != Kind::OVER; event = link.next(films.front().getStream())) {
+        if (event.kind == Kind::DRAWN) {
+            for (Film& film : films) {
+                if (film.nextFrom(event.frame) == event.frame) {
+                    film.take(event.pixels);
                 }
-            } catch (const std::runtime_error& error) {
-                fail(error.what());
             }
+            link.giveBack();
         }
-        queue->endTake();
+        if (isPiece) {
+            progress.count(films.front().getTaken());
+        } else if (event.kind != Kind::NOTHING_YET) {
+            progress.update(event.frame + 1);
+        }
+        if (const int signal = StopRequest::getSignal(); signal != 0 && !asked) {
+            drawing.send(signal);
+            asked = true;
+        }
     }
-}
-
-void Recorder::stopWriting() {
-    if (writer.joinable()) {
-        queue->close();
-        writer.join();
+    const int status = drawing.wait();
+    if (WIFSIGNALED(status)) {
+        throw std::runtime_error("the show was killed by signal " + std::to_string(WTERMSIG(status)));
     }
-}
-
-void Recorder::fail(const std::string& reason) {
-    failure = reason;
-    failed = true;
+    return WEXITSTATUS(status);
 }
 
 int Recorder::finish() {
     const int signal = StopRequest::getSignal();
-    const bool tooEarly = signal != 0 && frame < timeline::firstFrameFrom(LEAST_MS);
     bool anything = false;
-    for (const auto& sink : sinks) {
-        if (failed || tooEarly) {
-            break;
-        }
-        try {
-            const std::string summary = sink->finish();
-            if (!summary.empty()) {
-                say(summary);
-                anything = true;
-            } else if (signal == 0) {
-                fail("the show ended before there was anything for " + sink->getName());
-            }
-        } catch (const std::runtime_error& error) {
-            fail(error.what());
+    for (Film& film : films) {
+        if (const std::string& summary = film.end(); !summary.empty()) {
+            say(summary);
+            anything = true;
+        } else if (signal == 0) {
+            throw std::runtime_error("the show ended before there was anything for " + film.getName());
         }
     }
-    if (failed) {
-        say(failure);
-        return FAILED;
+    if (signal == 0) {
+        return 0;
     }
-    if (signal != 0) {
-        say(anything ? "stopped early" : "stopped before there was anything to keep");
-        return STOPPED_BY_SIGNAL + signal;
-    }
-    return 0;
+    say(anything ? "stopped early" : "stopped before there was anything to keep");
+    return STOPPED_BY_SIGNAL + signal;
 }
 
 } // namespace recorder

@@ -1,100 +1,90 @@
 #include "ShowOptions.h"
 
-#include <algorithm>
-#include <array>
 #include <charconv>
+#include <cstddef>
 #include <cstdio>
+#include <fstream>
+#include <map>
+#include <system_error>
 
 namespace recorder {
 
 namespace {
 
-constexpr unsigned int SMALLEST_SIDE = 16;
-constexpr unsigned int LARGEST_WIDTH = 3840;
-constexpr unsigned int LARGEST_HEIGHT = 2160;
-// The settings file keeps its numbers as single floats: above this one, two seeds could be the same.
+constexpr FrameSize SMALLEST = {16, 16};
+constexpr FrameSize LARGEST = {3840, 2160};
+// The show keeps its settings as single floats: above this one, two seeds could be the same.
 constexpr unsigned int LARGEST_SEED = 1U << 24U;
 
-FrameSize parseSize(const std::string& text) {
-    const std::size_t cross = std::min(text.find('x'), text.size());
-    const auto width = wholeNumber(text.substr(0, cross));
-    const auto height = wholeNumber(text.substr(std::min(cross + 1, text.size())));
-    if (!width || !height) {
-        throw UsageError("--size: '" + text + "' is not WIDTHxHEIGHT");
+constexpr const char* BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+
+/// The size, if there are such pictures.
+FrameSize allowed(const FrameSize& size) {
+    if (size.width < SMALLEST.width || size.height < SMALLEST.height || size.width > LARGEST.width ||
+        size.height > LARGEST.height) {
+        throw UsageError("the size " + size.text() + " is outside " + SMALLEST.text() + " to " +
+                         LARGEST.text());
     }
-    requireAllowedSize(*width, *height);
-    return {*width, *height};
+    return size;
 }
 
-unsigned int parseSeed(const std::string& text) {
-    const auto seed = wholeNumber(text);
-    if (!seed || *seed > LARGEST_SEED) {
-        throw UsageError("--seed: '" + text + "' is not a whole number from 0 to 16777216");
+FrameSize parseSize(const std::string& text) {
+    FrameSize size{};
+    int end = 0;
+    // A number of more digits than there is room for is not meant to be one.
+    if (std::sscanf(text.c_str(), "%9u%*1[x]%9u%n", &size.width, &size.height, &end) != 2 ||
+        text.find_first_not_of("0123456789x") != std::string::npos ||
+        text[static_cast<std::size_t>(end)] != 0) {
+        throw UsageError("--size: '" + text + "' is not WIDTHxHEIGHT");
     }
-    return *seed;
+    return allowed(size);
 }
 
 } // namespace
 
-void requireAllowedSize(double width, double height) {
-    if (width < SMALLEST_SIDE || height < SMALLEST_SIDE || width > LARGEST_WIDTH || height > LARGEST_HEIGHT) {
-        std::array<char, 100> size{};
-        std::snprintf(size.data(), size.size(), "%.0fx%.0f", width, height);
-        throw UsageError(std::string("the size ") + size.data() + " is outside 16x16 to 3840x2160");
-    }
+void ShowOptions::addTo(CommandLine& line, bool songAlone) {
+    line.add({"track", 0, "SONG", "play the show to this song in place of the data folder's track",
+              [this](const auto& values) { setOnce(track, "songs", values[0]); }, songAlone});
+    line.add({"size", 0, "WIDTHxHEIGHT",
+              "size of the picture, " + SMALLEST.text() + " to " + LARGEST.text() +
+                  "; else that of the settings file",
+              [this](const auto& values) { size = parseSize(values[0]); }});
+    line.add({"seed", 0, "NUMBER",
+              "start of the show's random numbers, 0 to " + std::to_string(LARGEST_SEED) +
+                  "; else that of the settings file",
+              [this](const auto& values) { seed = wholeNumber("--seed", values[0], 0, LARGEST_SEED); }});
+    line.add(
+        {"data", 0, "DIR", "the show's data folder", [this](const auto& values) { dataFolder = values[0]; }});
 }
 
-std::optional<unsigned int> wholeNumber(const std::string& text) {
-    unsigned int number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (text.empty() || stop != end || error != std::errc()) {
-        return std::nullopt;
+void ShowOptions::readSettings(const FrameSize& screen) {
+    const std::string file = dataFolder + "/settings.ini";
+    std::map<std::string, std::string> settings;
+    std::ifstream in(file);
+    for (std::string name, value; in >> name;) {
+        if (name.rfind(BYTE_ORDER_MARK, 0) == 0) {
+            throw UsageError(file + " begins with a byte order mark, which hides its first name");
+        }
+        in >> value;
+        double number = 0.0;
+        const char* const end = value.data() + value.size();
+        if (const auto read = std::from_chars(value.data(), end, number);
+            !in || read.ptr != end || read.ec != std::errc()) {
+            throw UsageError(file + ": '" + name + "' is not followed by a number");
+        }
+        settings[name] = value;
     }
-    return number;
-}
-
-bool ArgumentReader::advance() {
-    if (!optionsAreOver && next < arguments.size() && arguments[next] == "--") {
-        optionsAreOver = true;
-        ++next;
+    const auto number = [&](const std::string& name, unsigned int usual, unsigned int most) {
+        return settings.count(name) == 0 ? usual : wholeNumber(file + ", " + name, settings[name], 0, most);
+    };
+    if (!size) {
+        const unsigned int width = number("hres", USUAL_SIZE.width, LARGEST.width);
+        const unsigned int height = number("vres", USUAL_SIZE.height, LARGEST.height);
+        size = allowed({width == 0 ? screen.width : width, height == 0 ? screen.height : height});
     }
-    current = next++;
-    return current < arguments.size();
-}
-
-bool ArgumentReader::isOption() const { return !optionsAreOver && get().size() > 1 && get().front() == '-'; }
-
-const std::string& ArgumentReader::value(const char* meaning) {
-    if (next >= arguments.size()) {
-        throw UsageError(get() + " needs " + meaning);
+    if (!seed) {
+        seed = number("seed", USUAL_SEED, LARGEST_SEED);
     }
-    return arguments[next++];
-}
-
-bool ShowOptions::take(ArgumentReader& reader) {
-    const std::string& option = reader.get();
-    if (option == "--help" || option == "-h") {
-        wantsHelp = true;
-    } else if (option == "--size") {
-        size = parseSize(reader.value("a size such as 640x480"));
-    } else if (option == "--seed") {
-        seed = parseSeed(reader.value("a number"));
-    } else if (option == "--track") {
-        setTrack(reader.value("a file name"));
-    } else if (option == "--data") {
-        dataFolder = reader.value("a folder");
-    } else {
-        return false;
-    }
-    return true;
-}
-
-void ShowOptions::setTrack(const std::string& file) {
-    if (!track.empty()) {
-        throw UsageError("two songs named, '" + track + "' and '" + file + "'");
-    }
-    track = file;
 }
 
 } // namespace recorder

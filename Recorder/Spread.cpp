@@ -1,26 +1,25 @@
 #include "Spread.h"
 
 #include "Encoder.h"
-#include "Process.h"
-#include "ShowSettings.h"
-#include "StageFolder.h"
+#include "ProgressLine.h"
 #include "StopRequest.h"
-#include "Timeline.h"
 #include "describe.h"
+#include "format.h"
 #include "report.h"
 
 #include <algorithm>
 #include <array>
-#include <chrono>
-#include <csignal>
+#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
-#include <fcntl.h>
+#include <filesystem>
 #include <fstream>
-#include <optional>
+#include <iterator>
+#include <poll.h>
+#include <set>
 #include <sstream>
 #include <stdexcept>
-#include <thread>
+#include <sys/mman.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace recorder {
@@ -29,35 +28,26 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* PROGRAM = "parallel";
-
 // Scenes cost more or less: with several pieces each, no process waits for long for the last one.
 constexpr unsigned int PIECES_PER_JOB = 3;
 
-// In the folder of the pieces.
-constexpr const char* RANGES = "ranges";
-constexpr const char* LIST = "list";
-constexpr const char* LOG = "log";
-constexpr const char* COMPLAINTS = "complaints";
-constexpr const char* SONG = "song.mp3";
+constexpr int SECOND = 1000; // ms
 
-std::string pieceName(const std::string& number) { return "piece-" + number + ".mp4"; }
-
-/// When a frame is shown, or how long so many are.
-std::string seconds(unsigned int frame) {
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.3f", frame * timeline::FRAME_MS / 1000.0);
-    return text.data();
-}
-
-/// How many the user named; this one, if none.
-unsigned int countMachines(const Options& options) {
-    return 1 + static_cast<unsigned int>(std::count(options.machines.begin(), options.machines.end(), ','));
+/// Each as often as it is to have processes, by turns.
+std::vector<std::string> machinesOf(const Options& options) {
+    std::vector<std::string> machines;
+    for (unsigned int i = 0; i < options.jobs; ++i) {
+        std::istringstream names(options.machines);
+        for (std::string name; std::getline(names, name, ',');) {
+            machines.push_back(name);
+        }
+    }
+    return machines;
 }
 
 /// So many ranges of about the same length, one after the other.
-std::vector<FrameRange> split(const FrameRange& all, unsigned int wanted) {
-    const unsigned int pieces = std::min(wanted, all.count());
+std::vector<FrameRange> split(const FrameRange& all, std::size_t wanted) {
+    const auto pieces = static_cast<unsigned int>(std::min<std::size_t>(wanted, all.count()));
     std::vector<FrameRange> ranges;
     for (unsigned int i = 0; i < pieces; ++i) {
         ranges.push_back(
@@ -66,160 +56,122 @@ std::vector<FrameRange> split(const FrameRange& all, unsigned int wanted) {
     return ranges;
 }
 
-/// Of those that say something.
-std::string lastLine(const fs::path& file) {
-    std::ifstream in(file);
-    std::string last;
-    for (std::string line; std::getline(in, line);) {
-        last = line.empty() ? last : line;
-    }
-    return last;
-}
-
 } // namespace
 
-Spread::Spread(const Options& options)
-    : Spread(options, ShowSettings(options), findData(options.dataFolder)) {}
-
-Spread::Spread(const Options& options, const ShowSettings& settings, const fs::path& data)
+Spread::Spread(const Options& options, const Track& track)
     : options(options),
-      size(settings.size),
-      data(data),
+      track(track),
+      range(options.rangeWithin(track.getFrames())),
       draft(options.video),
-      folder(makeTemporaryFolder()),
-      format(VideoFormat::of(options, settings,
-                             options.track.empty() ? trackIn(data).string()
-                                                   : fs::absolute(options.track).string())),
-      pieces(split(options.range(), PIECES_PER_JOB * options.jobs * countMachines(options))) {
+      ranges(split(range, PIECES_PER_JOB * machinesOf(options).size())) {
     Encoder::requireInstalled();
-    if (!Process::isInstalled(PROGRAM)) {
-        throw std::runtime_error("GNU parallel is not installed; it spreads the recording");
-    }
+    // Each piece takes a few files.
+    rlimit files{};
+    getrlimit(RLIMIT_NOFILE, &files);
+    files.rlim_cur = files.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &files);
 }
 
 int Spread::run() {
-    StopRequest::listen();
-    prepare();
-    const int status = record();
+    record();
     if (const int signal = StopRequest::getSignal(); signal != 0) {
         say("stopped before there was anything to keep");
         return STOPPED_BY_SIGNAL + signal;
     }
-    if (status != 0) {
-        throw std::runtime_error(findFault());
-    }
     join();
-    const std::string summary = describeFrames(format.range.count(), size) + " in " + describeFile(draft) +
-                                ", " + std::to_string(pieces.size()) + " pieces";
+    const std::string summary = describeFrames(range.count(), *options.size) + " in " + draft.getName() +
+                                " (" + describeBytes(draft.getBytes()) + "), " +
+                                std::to_string(ranges.size()) + " pieces";
     draft.publish();
     say(summary);
     return 0;
 }
 
-Arguments Spread::command() const {
-    Arguments recorder = {fs::read_symlink("/proc/self/exe").string(), "--data", data.string(), "--silent"};
-    const auto add = [&](const Arguments& more) { recorder = joined({recorder, more}); };
-    if (options.size) {
-        add({"--size", options.size->text()});
+std::string Spread::describeShow(const std::string& dataFolder) {
+    std::set<fs::path> files = {fs::path(dataFolder) / "music/quelar.mp3"};
+    std::error_code none;
+    for (const auto& entry : fs::directory_iterator(fs::path(dataFolder) / "shaders", none)) {
+        files.insert(entry.path());
     }
-    if (options.seed) {
-        add({"--seed", std::to_string(*options.seed)});
+    std::uint32_t hash = 2166136261; // FNV-1a
+    for (const fs::path& file : files) {
+        std::ifstream in(file, std::ios::binary);
+        std::for_each(std::istreambuf_iterator<char>(in), {},
+                      [&](char byte) { hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619; });
     }
-    if (options.smooth) {
-        add({"--smooth"});
-    }
-    if (options.fast) {
-        add({"--fast"});
-    }
-    Arguments machines;
-    if (!options.machines.empty()) {
-        machines = {"--sshlogin", options.machines, "--workdir", folder.getPath().string(),
-                    "--return",   pieceName("{#}"), "--cleanup"};
-    }
-    if (!options.track.empty()) {
-        add({"--track", SONG});
-        machines = joined({machines, {"--basefile", SONG}});
-    }
-    return joined({{PROGRAM, "--will-cite", "--quote", "--jobs", std::to_string(options.jobs), "--halt",
-                    "now,fail=1", "--joblog", LOG, "--results", "{#}", "--colsep", " "},
-                   machines,
-                   recorder,
-                   {"--from", "{1}", "--to", "{2}", pieceName("{#}"), "::::", RANGES}});
+    return QUELAR_VERSION "-" + std::to_string(hash);
 }
 
-void Spread::prepare() const {
-    std::ofstream ranges(folder.getPath() / RANGES);
-    std::ofstream list(folder.getPath() / LIST);
-    for (std::size_t i = 0; i < pieces.size(); ++i) {
-        ranges << seconds(pieces[i].first) << ' ' << seconds(pieces[i].last + 1) << '\n';
-        list << "file '" << pieceName(std::to_string(i + 1)) << "'\nduration " << seconds(pieces[i].count())
-             << '\n';
-    }
-    if (!options.track.empty()) {
-        fs::copy_file(options.track, folder.getPath() / SONG);
-    }
-    if (!ranges.flush() || !list.flush()) {
-        throw std::runtime_error("can't write to the temporary folder " + folder.getPath().string());
-    }
+Piece::Order Spread::order() const {
+    Arguments command = {fs::read_symlink("/proc/self/exe").string(),
+                         "--output",
+                         "-",
+                         "--piece",
+                         describeShow(options.dataFolder),
+                         "--data",
+                         fs::canonical(options.dataFolder).string(),
+                         "--size",
+                         options.size->text(),
+                         "--seed",
+                         std::to_string(*options.seed)};
+    const auto add = [&](bool wanted, const Arguments& more) {
+        command.insert(command.end(), more.begin(), wanted ? more.end() : more.begin());
+    };
+    add(!options.track.empty(), {"--track", "-"});
+    add(options.whole, {"--whole"});
+    add(options.smooth, {"--smooth"});
+    add(options.fast, {"--fast"});
+    return {command, options.track.empty() ? "/dev/null" : track.getSongFile(),
+            fs::path(draft.getTarget()).parent_path(), options.patience};
 }
 
-int Spread::record() const {
-    const fs::path home = fs::current_path();
-    fs::current_path(folder.getPath());
-    // What it would write to the user's home.
-    setenv("PARALLEL_HOME", (folder.getPath() / "home").c_str(), 1);
-    // On every machine: whatever its user's login shell is, if there is one at all.
-    setenv("PARALLEL_SHELL", "/bin/sh", 1);
-    const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
-    const int complaints = open(COMPLAINTS, O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-    Process parallel(command(), {nothing, nothing, complaints}, Process::Keyboard::OURS);
-    close(nothing);
-    close(complaints);
-    fs::current_path(home);
-    std::optional<int> status;
-    while (!(status = parallel.poll())) {
-        if (StopRequest::getSignal() != 0) {
-            // The first time it only starts no more pieces, the second time it ends those that run.
-            parallel.send(SIGTERM);
+void Spread::record() {
+    const Piece::Order order = this->order();
+    std::vector<std::string> idle = machinesOf(options);
+    ProgressLine progress(range.count());
+    std::size_t complete = 0;
+    while (complete < ranges.size() && StopRequest::getSignal() == 0) {
+        while (!idle.empty() && pieces.size() < ranges.size()) {
+            pieces.push_back(std::make_unique<Piece>(order, ranges[pieces.size()], idle.front()));
+            idle.erase(idle.begin());
         }
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    }
-    return *status;
-}
-
-std::string Spread::findFault() const {
-    std::ifstream log(folder.getPath() / LOG);
-    std::string line;
-    std::getline(log, line);
-    while (std::getline(log, line)) {
-        std::istringstream columns(line);
-        std::size_t number = 0;
-        std::string host;
-        std::string skipped;
-        std::string status;
-        std::string signal;
-        columns >> number >> host >> skipped >> skipped >> skipped >> skipped >> status >> signal;
-        if (status == "0" && signal == "0") {
-            continue;
+        std::vector<pollfd> voices;
+        for (const auto& piece : pieces) {
+            for (const int voice : piece->getVoices()) {
+                voices.push_back({voice, POLLIN, 0});
+            }
         }
-        const FrameRange& piece = pieces.at(number - 1);
-        const std::string reason = lastLine(folder.getPath() / (std::to_string(number) + ".err"));
-        return "the piece from " + seconds(piece.first) + " to " + seconds(piece.last + 1) + " s failed" +
-               (host == ":" ? "" : " on " + host) + ": " +
-               (!reason.empty() ? reason
-                : signal != "0" ? "killed by signal " + signal
-                                : "status " + status);
+        poll(voices.data(), voices.size(), SECOND);
+        unsigned int done = 0;
+        for (const auto& piece : pieces) {
+            if (!piece->isComplete()) {
+                piece->listen();
+                if (piece->isComplete()) {
+                    idle.push_back(piece->getMachine());
+                    ++complete;
+                }
+            }
+            done += piece->getDone();
+        }
+        progress.update(done);
     }
-    return "GNU parallel failed: " + lastLine(folder.getPath() / COMPLAINTS);
 }
 
-void Spread::join() const {
-    Encoder(joined({{"-f", "concat", "-safe", "0", "-i", (folder.getPath() / LIST).string()},
-                    format.sound(),
-                    {"-map", "0:v", "-c:v", "copy"},
-                    format.file()}),
-            draft.getDraft(), draft.getName())
+void Spread::join() {
+    const int list = memfd_create("pieces", MFD_CLOEXEC);
+    std::ofstream out(pathOf(list));
+    for (std::size_t i = 0; i < ranges.size(); ++i) {
+        out << "file '" << pieces[i]->getPath() << "'\nduration "
+            << describeSeconds("%.3f", ranges[i].count()) << '\n';
+    }
+    out.close();
+    Encoder(joined({{"-f", "concat", "-safe", "0", "-i", pathOf(list)},
+                    track.soundOf(range),
+                    {"-c:v", "copy"},
+                    format::mp4(options)}),
+            {draft.getPath(), draft.getName()})
         .finish();
+    close(list);
 }
 
 } // namespace recorder

@@ -14,6 +14,10 @@ extern "C" void remember(int signal) { received = signal; }
 } // namespace
 
 void StopRequest::listen() {
+    // Whether our children succeeded is for us to learn.
+    std::signal(SIGCHLD, SIG_DFL);
+    // A reader that goes away is noticed when writing to it fails.
+    std::signal(SIGPIPE, SIG_IGN);
     struct sigaction action {};
     action.sa_handler = remember;
     action.sa_flags = SA_RESTART;
@@ -25,6 +29,9 @@ void StopRequest::listen() {
             sigaction(request, &action, nullptr);
         }
     }
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
 int StopRequest::getSignal() { return received; }

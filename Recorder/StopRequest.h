@@ -2,10 +2,11 @@
 
 namespace recorder {
 
-/// The user's wish to stop early, sent as SIGINT, SIGTERM, SIGHUP or SIGQUIT. Caught from listen() on, for
-/// the rest of the process's life.
+/// The user's wish to stop early, sent as SIGINT, SIGTERM, SIGHUP or SIGQUIT.
 class StopRequest {
 public:
+    /// Hears it from now on, for the rest of the process's life. What else whoever started it has done to its
+    /// signals is undone.
     static void listen();
 
     /// The signal that came, 0 as long as none has.

@@ -2,22 +2,29 @@
 #include "Options.h"
 #include "Recorder.h"
 #include "Spread.h"
-#include "checkTrack.h"
+#include "StopRequest.h"
+#include "Timeline.h"
+#include "Track.h"
 #include "report.h"
 
-#include <csignal>
-#include <cstdio>
+#include <stdexcept>
 
 int host::start(int argc, char** argv) {
-    return recorder::attempt("quelar-record", [&] {
-        const auto options = recorder::Options::parse({argv + 1, argv + argc});
-        if (options.wantsHelp) {
-            std::fputs(recorder::Options::help().c_str(), stdout);
+    return recorder::attempt([&] {
+        recorder::Options options;
+        options.parse({argv + 1, argv + argc});
+        if (!options.answer.empty()) {
+            recorder::answer(options.answer);
             return 0;
         }
-        // A reader that goes away is noticed when writing to it fails.
-        std::signal(SIGPIPE, SIG_IGN);
-        recorder::checkTrack(options.track);
-        return options.jobs > 0 ? recorder::Spread(options).run() : recorder::Recorder(options).run();
+        recorder::StopRequest::listen();
+        options.readSettings(recorder::ShowOptions::USUAL_SIZE); // there is no screen
+        if (const std::string here = recorder::Spread::describeShow(options.dataFolder);
+            !options.piece.empty() && options.piece != here) {
+            throw std::runtime_error("the show here is " + here + ", not " + options.piece);
+        }
+        const recorder::Track track(options);
+        return options.jobs > 0 ? recorder::Spread(options, track).run()
+                                : recorder::Recorder(options, track).run();
     });
 }

@@ -18,30 +18,11 @@
 
 namespace {
 
-constexpr const char* USAGE = R"(Usage: play [OPTION]... [SONG]
-Plays the show, full screen, to its end or to Escape.
-
-  SONG, --track SONG     play it to this MP3 in place of the data folder's
-)";
-
 constexpr const char* MORE = R"(
 A longer song is cut with the show, after a shorter one it runs silent.
 
 Exit status: 1 the song can't be played, 2 wrong option; all others are the show's own.
 )";
-
-recorder::ShowOptions parse(const std::vector<std::string>& arguments) {
-    recorder::ShowOptions options;
-    recorder::ArgumentReader reader(arguments);
-    while (reader.advance()) {
-        if (!reader.isOption()) {
-            options.setTrack(reader.get());
-        } else if (!options.take(reader)) {
-            throw recorder::UsageError("unknown option '" + reader.get() + "'");
-        }
-    }
-    return options;
-}
 
 /// The signals that a user ends a program with, and the one that tells that a child has ended.
 sigset_t signals() {
@@ -82,10 +63,17 @@ int play(const recorder::ShowOptions& options) {
 } // namespace
 
 int main(int argc, char** argv) {
-    return recorder::attempt("quelar", [&] {
-        const recorder::ShowOptions options = parse({argv + 1, argv + argc});
-        if (options.wantsHelp) {
-            std::printf("%s%s%s", USAGE, recorder::ShowOptions::HELP, MORE);
+    return recorder::attempt([&] {
+        recorder::CommandLine line("Usage: " + recorder::commandName() + R"( [OPTION]... [SONG]
+Plays the show, full screen, to its end or to Escape.
+
+)",
+                                   MORE);
+        recorder::ShowOptions options;
+        options.addTo(line, true);
+        options.answer = line.parse({argv + 1, argv + argc});
+        if (!options.answer.empty()) {
+            recorder::answer(options.answer);
             return 0;
         }
         return play(options);

@@ -133,7 +133,7 @@ configured() { [ "$(wc -l <../configured)" -eq "$1" ]; }
     command_is dpkg-query '[[ $3 != nowhere ]] && echo installed'
     echo 'spread nowhere' >>"$top/Scripts/packages"
     run -7 "$top/record" 'a film.mp4'
-    run -1 "$top/record" --jobs 2 'a film.mp4'
+    run -1 "$top/record" --jobs 2 --sshlogin attic 'a film.mp4'
 }
 
 @test "packages: without apt they are named, and the build is tried" {
