@@ -255,7 +255,7 @@ END
     yes 'No music.' | head -c 9999 >text.mp3
     fails 1 'text.mp3: The music file has no sound' record --track text.mp3
     fails 1 'none: The music file does not exist.' record --track none
-    fails 1 -- '-: The music file has no sound' record --track - </dev/null
+    fails 1 '-: The music file is empty.' record --track - </dev/null
     fails 2 './song.mp4 is the song' record --track song.mp4 ./song.mp4
     cp -R "$ROOT/data" data
     rm data/music/quelar.mp3
