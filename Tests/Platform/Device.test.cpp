@@ -11,12 +11,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <dlfcn.h>
-#include <functional>
-#include <memory>
 #include <thread>
-#include <tuple>
 
 /// Somebody in the room, who hears what of a song is played.
 struct Listener {
@@ -122,37 +117,21 @@ TEST(Device, PlaysASongOnWithoutAGapWhileTheShowStartsOver) {
     FMOD_Song_Set(nullptr);
 }
 
-/// ALSA has something to complain about: there is no device of that name.
-static void provoke(void* alsa) {
-    using Open = int (*)(void**, const char*, int, int);
-    const auto open = reinterpret_cast<Open>(alsa != nullptr ? ::dlsym(alsa, "snd_pcm_open") : nullptr);
-    void* device = nullptr;
-    if (open == nullptr || open(&device, "nothing", 0, 0) == 0) {
-        std::fputs("ALSA lib is missing, or has a device called nothing\n", stderr);
-    }
-}
-
-/// A whole track in real time, as the show plays it. Ends the process.
-static void playInRealTime(const std::string& drivers) {
-    ::setenv("ALSOFT_DRIVERS", drivers.c_str(), 1);
+/// A track in real time, as the show plays it, on a device or with none that works. Ends the process.
+static void playInRealTime(const char* drivers) {
+    ::setenv("ALSOFT_DRIVERS", drivers, 1);
     ::setenv("ALSOFT_LOGLEVEL", "1", 1); // OpenAL tells of devices that were left open
     ::setenv("ALSA_CONFIG_PATH", "/nowhere", 1);
-    void* const alsa = ::dlopen("libasound.so.2", RTLD_LAZY);
-    const std::string track = tone("tone.mp3", 1000, 24000, 48000);
     {
         Player player(true);
+        player.load(tone("tone.mp3", 1000, 24000, 48000));
         const auto begin = std::chrono::steady_clock::now();
-        player.play(track);
+        player.play();
         while (player.position() != Player::OVER) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500));
-        if (drivers == "null") {
-            provoke(alsa);
-        }
     }
-    std::fputs("Closed. ", stderr);
-    provoke(alsa);
     std::exit(testing::Test::HasFailure() ? EXIT_FAILURE : EXIT_SUCCESS);
 }
 
@@ -160,6 +139,6 @@ static void playInRealTime(const std::string& drivers) {
 TEST(Device, SetsThePaceQuietlyAndIsNotNeeded) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     for (const char* const drivers : {"null", "alsa"}) {
-        EXPECT_EXIT(playInRealTime(drivers), testing::ExitedWithCode(0), "^Closed[.] (ALSA lib[^\n]*\n)+$");
+        EXPECT_EXIT(playInRealTime(drivers), testing::ExitedWithCode(0), "^$") << drivers;
     }
 }

@@ -6,8 +6,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -22,23 +20,13 @@ struct Folder {
 };
 inline const Folder folder;
 
-inline std::string read(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// Writes a file into the folder and returns its path.
-inline std::string write(const std::string& name, const std::string& bytes) {
-    std::ofstream(folder.path + name, std::ios::binary) << bytes;
+/// Has the shell, or FFmpeg, make a file of the folder, and returns its path.
+inline std::string shell(const std::string& name, const std::string& command) {
+    [[maybe_unused]] const int status = std::system(("cd '" + folder.path + "' && " + command).c_str());
     return folder.path + name;
 }
-
-/// Has FFmpeg make a file of the folder, and returns its path.
 inline std::string make(const std::string& name, const std::string& options) {
-    const std::string command = "cd '" + folder.path + "' && ffmpeg -nostdin -v error -y " + options +
-                                " -fflags +bitexact 'file:" + name + "'";
-    [[maybe_unused]] const int status = std::system(command.c_str());
-    return folder.path + name;
+    return shell(name, "ffmpeg -nostdin -v error -y " + options + " 'file:" + name + "'");
 }
 
 /// Likewise a sine of full scale on the left, and nothing on the right, of so many samples.
@@ -48,8 +36,6 @@ inline std::string tone(const std::string& name, int hertz, int samples, int rat
                           "*t)|0:s=" + std::to_string(rate) +
                           "' -af atrim=end_sample=" + std::to_string(samples) + ' ' + options);
 }
-
-inline auto openFiles() { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); }
 
 /// The supplied clock, in microseconds: it stands still unless a test moves it.
 inline unsigned long long clockTime = 5000000;
@@ -66,11 +52,10 @@ struct Player {
     FMOD_RESULT load(const std::string& path) {
         return FMOD_System_CreateStream(system, path.c_str(), FMOD_LOOP_OFF, nullptr, &sound);
     }
-    void play(const std::string& path = "") {
-        if (!path.empty()) {
-            load(path);
-        }
-        FMOD_System_PlaySound(system, FMOD_CHANNEL_FREE, sound, 0, &channel);
+    void play() { FMOD_System_PlaySound(system, FMOD_CHANNEL_FREE, sound, 0, &channel); }
+    void play(const std::string& path) {
+        load(path);
+        play();
     }
     unsigned int length() const {
         unsigned int milliseconds = 0;
@@ -85,6 +70,7 @@ struct Player {
         FMOD_Channel_GetPosition(channel, &milliseconds, FMOD_TIMEUNIT_MS);
         return milliseconds;
     }
+    void go(unsigned int place) const { FMOD_Channel_SetPosition(channel, place, FMOD_TIMEUNIT_MS); }
     std::vector<float> spectrum(int count = 512) const {
         std::vector<float> values(count, 7);
         FMOD_Channel_GetSpectrum(channel, values.data(), count, 0, FMOD_DSP_FFT_WINDOW_TRIANGLE);
@@ -100,8 +86,7 @@ struct Player {
 struct Noise {
     explicit Noise(long long count, float gain = 1, unsigned int start = 0)
         : song{nullptr, count, 44100, gain, start} {
-        unsigned int state = 1;
-        for (long long i = 0; i < count; ++i) {
+        for (unsigned int state = 1; static_cast<long long>(samples.size()) < 2 * count;) {
             state = state * 1664525 + 1013904223;
             const auto left = static_cast<short>(state >> 16);
             samples.insert(samples.end(), {left, static_cast<short>(left / 2)});

@@ -1,4 +1,5 @@
-// What is read of somebody's own music, and how loud the scenes hear it.
+// What is read of somebody's own music, how loud the scenes hear it, and that it takes the place of the
+// track.
 
 #include "Song.h"
 
@@ -7,63 +8,56 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
-#include <cstdint>
-#include <cstring>
+#include <fstream>
+#include <stdexcept>
 #include <tuple>
 
 using song::Song;
 
 TEST(Song, HasTheSamplesOfItsFileWhateverTheFormat) {
-    // Noise of all values, and so quiet that many a byte of it looks like the head of an MP3.
-    const std::string noise = make("-wide:noise.wav", "-f lavfi -i anoisesrc=r=44100:d=2:a=0.9:s=1 -ac 2");
-    const std::string quiet = make("quiet.wav", "-f lavfi -i anoisesrc=r=44100:d=2:a=0.0001:s=1 -ac 2");
-    for (const std::string& path : {noise, quiet}) {
-        const std::string file = read(path);
-        const Song whole(path);
-        ASSERT_EQ(whole.getCount(), 88200);
-        EXPECT_EQ(whole.getDuration(), 2000);
-        const std::size_t head = file.size() - 4UL * 88200;
-        EXPECT_EQ(std::memcmp(whole.getSamples().data(), file.data() + head, 4UL * 88200), 0) << path;
-        make("same.flac", "-i '" + path + "'");
-        EXPECT_EQ(Song(folder.path + "same.flac").getSamples(), whole.getSamples());
+    // Of all values, or so quiet that many a byte looks like the head of an MP3; under a name that looks like
+    // more.
+    for (const std::string loudness : {"0.9", "0.0001"}) {
+        const std::string path =
+            make("-a:b.wav", "-f lavfi -i anoisesrc=r=44100:d=2:s=1:a=" + loudness + " -ac 2");
+        std::vector<short> samples(2L * 88200);
+        std::ifstream file(path, std::ios::binary);
+        file.seekg(-4L * 88200, std::ios::end).read(reinterpret_cast<char*>(samples.data()), 4L * 88200);
+        EXPECT_EQ(Song(path).getSamples(), samples) << loudness;
+        EXPECT_EQ(Song(make("same.flac", "-i file:-a:b.wav")).getSamples(), samples) << loudness;
     }
-    // A tone at a quarter of full scale on the left, in what people have: how many ms it may be longer or
-    // shorter, and the height on the left and on the right.
+    // A tone at a quarter of full scale on the left, in what people have: how many ms it may be longer, and
+    // the height on the right.
     make("tone.wav", "-f lavfi -i 'aevalsrc=sin(2*PI*500*t)/4|0:s=48000:d=3' -c:a pcm_s24le");
-    for (const auto& [name, options, padding, left, right] :
-         {std::tuple("tone.mp3", "", 60, 8192, 0), std::tuple("tone.ogg", "-c:a libvorbis", 30, 8192, 0),
-          std::tuple("tone.opus", "", 30, 8192, 0), std::tuple("tone.m4a", "-c:a aac -b:a 256k", 60, 8192, 0),
-          std::tuple("one side.wav", "-af pan=mono\\|c0=c0 -ar 22050", 1, 8192, 8192),
-          std::tuple("film.mkv", "-f lavfi -i testsrc=d=3 -c:a flac", 1, 8192, 0)}) {
+    for (const auto& [name, options, padding, right] :
+         {std::tuple("tone.mp3", "", 60, 0), std::tuple("tone.ogg", "-c:a libvorbis", 30, 0),
+          std::tuple("tone.opus", "", 30, 0), std::tuple("tone.m4a", "-c:a aac -b:a 256k", 60, 0),
+          std::tuple("mono.wav", "-af pan=mono\\|c0=c0 -ar 22050", 1, 8192),
+          std::tuple("film.mkv", "-f lavfi -i testsrc=d=3 -c:a flac", 1, 0)}) {
         const Song song(make(name, "-i tone.wav " + std::string(options)));
         EXPECT_NEAR(song.getDuration(), 3000, padding) << name;
-        int highestLeft = 0;
-        int highestRight = 0;
-        for (std::int64_t i = 44100; i < 88200; ++i) {
-            highestLeft = std::max<int>(highestLeft, song.getSamples()[2 * i]);
-            highestRight = std::max<int>(highestRight, song.getSamples()[2 * i + 1]);
+        std::array<int, 2> highest{};
+        for (std::size_t i = 88200; i < 176400; ++i) {
+            highest[i % 2] = std::max<int>(highest[i % 2], song.getSamples()[i]);
         }
-        EXPECT_NEAR(highestLeft, left, 600) << name;
-        EXPECT_NEAR(highestRight, right, 600) << name;
+        EXPECT_NEAR(highest[0], 8192, 600) << name;
+        EXPECT_NEAR(highest[1], right, 600) << name;
     }
 }
 
 TEST(Song, IsRefusedInOneSentenceThatNamesIt) {
     make("mute.mkv", "-f lavfi -i testsrc=d=1");
-    write("text.mp3", std::string(100000, 'x'));
-    write("empty.mp3", "");
+    shell("", ">empty.mp3; yes | head -c 99999 >text.mp3");
     for (const auto& [name, fault] :
-         {std::pair("none", "does not exist"), std::pair("empty.mp3/below", "not exist"),
-          std::pair("", "is a folder"), std::pair("empty.mp3", "is empty"),
-          std::pair("text.mp3", "no sound that FFmpeg can read"), std::pair("mute.mkv", "no sound")}) {
-        try {
-            const Song song(folder.path + name);
-            ADD_FAILURE() << name << " is no song";
-        } catch (const std::runtime_error& error) {
-            EXPECT_THAT(error.what(), testing::StartsWith(folder.path + name + ": The music file "));
-            EXPECT_THAT(error.what(), testing::HasSubstr(fault));
-        }
+         {std::pair("none", "does not exist."), std::pair("", "is a folder."),
+          std::pair("empty.mp3", "is empty."), std::pair("text.mp3", "has no sound that FFmpeg can read."),
+          std::pair("mute.mkv", "has no sound")}) {
+        const std::string path = folder.path + name;
+        EXPECT_THAT([&] { const Song song(path); },
+                    testing::ThrowsMessage<std::runtime_error>(
+                        testing::StartsWith(path + ": The music file " + fault)));
     }
 }
 
@@ -76,4 +70,22 @@ TEST(Song, IsHeardAsLoudAsTheShowsOwnTrack) {
         EXPECT_NEAR(20 * std::log10(Song(folder.path + "tone.wav").getGain()), gain, 0.1) << filter;
     }
     EXPECT_EQ(Song(make("silence.wav", "-f lavfi -i anullsrc -t 1")).getGain(), 1);
+}
+
+TEST(Song, IsPlayedInPlaceOfTheTrackFromWhereTheShowBegins) {
+    const Noise noise(3L * 44100, 1, 1700);
+    FMOD_Song_Set(&noise.song);
+    for (int round = 0; round < 2; ++round) {
+        Player player;
+        player.play(folder.path + "none");
+        EXPECT_EQ(player.length(), 3000U);
+        clockTime += 15000;
+        EXPECT_EQ(player.position(), 1715U);
+        EXPECT_EQ(FMOD_Song_IsOver(), 0);
+        clockTime += 1285000;
+        EXPECT_EQ(player.position(), Player::OVER);
+        EXPECT_EQ(FMOD_Song_IsOver(), 1);
+    }
+    FMOD_Song_Set(nullptr);
+    EXPECT_EQ(Player().load(folder.path + "none"), FMOD_ERR_FILE_MISSING) << "the track again";
 }
