@@ -1,4 +1,5 @@
-// Bundles the page into build/web, or into the folder that is named: page.js, and editor.js for whoever opens it.
+// Bundles the page into build/web, or into the folder that is named: page.js, and editor.js and film.js for whoever
+// opens them.
 // What the show itself knows, its title's letters for one, is written into index.html.
 import { build } from "esbuild";
 import { copyFile, mkdir, readdir, readFile, stat, writeFile } from "node:fs/promises";
@@ -10,7 +11,7 @@ const outdir = process.argv[2] ?? here("../build/web");
 await mkdir(outdir, { recursive: true });
 const { metafile } = await build({
     entryPoints: [
-        ...["page.js", "first.js", "editor.js", "style.css"].map((name) => here(`Page/${name}`)),
+        ...["page.js", "first.js", "editor.js", "film.js", "style.css"].map((name) => here(`Page/${name}`)),
         here("Player/listener.js"),
     ],
     entryNames: "[name]",
@@ -20,7 +21,7 @@ const { metafile } = await build({
     target: "es2022",
     minify: true,
     legalComments: "none",
-    external: ["./editor.js", "./quelar.js"], // fetched when they are needed
+    external: ["./editor.js", "./film.js", "./quelar.js"], // fetched when they are needed
     metafile: true,
     logLevel: "warning",
 });

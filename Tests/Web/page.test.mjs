@@ -413,6 +413,7 @@ visit("all of it is reached by keyboard alone, seen and named", {}, async (show)
         "button Play it with music of your own",
         "button Look inside: the shader texts",
         "button Save this picture",
+        "button Save a film",
         "button Copy a link to this moment",
         "button Full screen",
         undefined, // past the end, and round

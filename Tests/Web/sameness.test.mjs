@@ -28,12 +28,15 @@ async function open({ seed = 42, ...wishes }) {
     return shown;
 }
 
-/** Puts a track in place of the page's, whose samples are kept, and pauses again. */
+/** Puts a track in place of the page's, whose samples are kept, to be heard as loud as it is; and pauses again. */
 async function listen({ page, read, shows }, track) {
     await read(() => (window.own = window.quelar.sound.buffer));
     await (await page.$("#file")).uploadFile(file(`${track}.wav`));
     await shows("playing");
-    await read(() => window.quelar.pause());
+    await read(() => {
+        window.quelar.pause();
+        window.quelar.sound.ownGain = 1;
+    });
 }
 
 for (const { name, seed } of [

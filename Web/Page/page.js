@@ -1,5 +1,6 @@
 import { Player } from "../Player/Player.js";
 import { stayAwake } from "./awake.js";
+import { camera } from "./camera.js";
 import { actions, controls } from "./controls.js";
 import { cover } from "./cover.js";
 import { element } from "./dom.js";
@@ -72,6 +73,7 @@ async function open(player) {
     const line = timeline(player, goal);
     controls(player, act);
     keys(player, act, goal, line);
+    camera(player);
     stayAwake(player);
     watchIdle();
     addEventListener("hashchange", async () => {

@@ -1,6 +1,3 @@
-/** The rate at which the track is decoded, whatever the machine plays at: sound frames a second. */
-const RATE = 44100;
-
 /** After so many ms without a sound the show goes on in silence. */
 const PATIENCE = 1000;
 
@@ -21,6 +18,9 @@ export function wholeNumbers(samples, memory, place) {
  * and the show sees its spectrum all the same.
  */
 export class Sound {
+    /** The rate at which the track is decoded, whatever the machine plays at: sound frames a second. */
+    static RATE = 44100;
+
     constructor() {
         /** @type {AudioBuffer | null} */
         this.buffer = null;
@@ -55,7 +55,7 @@ export class Sound {
      * @returns {Promise<AudioBuffer>}
      */
     decode(file) {
-        return new OfflineAudioContext(2, 1, RATE).decodeAudioData(file);
+        return new OfflineAudioContext(2, 1, Sound.RATE).decodeAudioData(file);
     }
 
     /**
@@ -77,7 +77,7 @@ export class Sound {
     }
 
     get rate() {
-        return this.live?.rate ?? RATE;
+        return this.live?.rate ?? Sound.RATE;
     }
 
     get gain() {
