@@ -39,25 +39,26 @@ public:
         posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
         // Files only: what a playlist fetches from elsewhere is no song. Beyond two sides are mixed to two.
         const std::string source = "file:" + file;
-        const std::array<const char*, 14> command{"ffmpeg",
-                                                  "-v",
-                                                  "quiet",
-                                                  "-protocol_whitelist",
-                                                  "file",
-                                                  "-i",
-                                                  source.c_str(),
-                                                  "-af",
-                                                  "aformat=sample_rates=44100:channel_layouts=mono|stereo",
-                                                  "-c:a",
-                                                  "pcm_f32be",
-                                                  "-f",
-                                                  "au",
-                                                  "-"};
-        std::array<char*, command.size() + 1> arguments{};
-        for (std::size_t i = 0; i < command.size(); ++i) {
-            arguments[i] = const_cast<char*>(command[i]); // NOLINT(cppcoreguidelines-pro-type-const-cast)
-        }
-        const int fault = ::posix_spawnp(&process, "ffmpeg", &actions, nullptr, arguments.data(), environ);
+        constexpr const char* FORM = "aformat=sample_rates=44100:channel_layouts=mono|stereo";
+        const std::array command{"ffmpeg",
+                                 "-v",
+                                 "quiet",
+                                 "-protocol_whitelist",
+                                 "file",
+                                 "-i",
+                                 source.c_str(),
+                                 "-map",
+                                 "0:a:0",
+                                 "-af",
+                                 FORM,
+                                 "-c:a",
+                                 "pcm_f32be",
+                                 "-f",
+                                 "au",
+                                 "-",
+                                 static_cast<const char*>(nullptr)};
+        const int fault = ::posix_spawnp(&process, "ffmpeg", &actions, nullptr,
+                                         const_cast<char* const*>(command.data()), environ);
         posix_spawn_file_actions_destroy(&actions);
         ::close(ends[1]);
         output.reset(::fdopen(ends[0], "rb"));
