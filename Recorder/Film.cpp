@@ -65,11 +65,11 @@ Film Film::contactSheet(const Options& options) {
     const std::string sheet =
         "vflip,scale='min(320,iw)':-1:flags=area,tile=" + std::to_string(PERCENT.size()) + "x" +
         std::to_string(timeline::SCENES.size()) + ":margin=4:padding=4:color=0x202020";
-    const std::string colours = ",split[a][b];[a]palettegen[p];[b][p]paletteuse";
+    const std::string colours = ",split[a][b];[a]palettegen=max_colors=64[p];[b][p]paletteuse";
     const char last = film.name[film.name.size() - 2]; // of the ending's letters, the one that differs
     film.arguments = last == 'n' || last == 'N'
                          ? Arguments{"-vf", sheet + colours, "-c:v", "png"}
-                         : Arguments{"-vf", sheet, "-c:v", "mjpeg", "-pix_fmt", "yuvj444p", "-q:v", "4"};
+                         : Arguments{"-vf", sheet, "-c:v", "mjpeg", "-pix_fmt", "yuvj444p", "-q:v", "5"};
     film.arguments = joined({film.arguments, {"-frames:v", "1", "-f", "image2pipe"}});
     film.what = std::to_string(film.frames.size()) + " pictures";
     return film;
