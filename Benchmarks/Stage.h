@@ -22,7 +22,6 @@ struct Stage {
     static constexpr bool works(const char* /*call*/) { return true; }
     static constexpr GLenum nextError() { return GL_NO_ERROR; }
     static constexpr bool isBroken(GLuint /*object*/) { return false; }
-    static void own(GLuint /*object*/, bool /*from*/) {}
     static void tell(float /*uniform*/) {}
     template <typename... Arguments>
     static void show(const Arguments&... /*drawing*/) {}

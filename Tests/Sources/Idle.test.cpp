@@ -20,60 +20,50 @@
 namespace {
 using Idle = OnStage;
 
-TEST_F(Idle, camerasLookAlongAroundAndDown) {
-    const auto seen = [](Camera& camera) {
+TEST_F(Idle, looksAlongAroundAndDown) {
+    std::string seen;
+    const auto look = [&seen](Camera& camera) {
         camera.apply();
-        return text(view[0], view[1], view[2], view[3], view[4], view[5]);
+        seen += text(view[0], view[1], view[2], "at", view[3], view[4], view[5]) + "; ";
     };
     GLUCamera along({1, 2, 10}, {0.5f, -1, -2}, {0, 1, 0.25f});
-    EXPECT_EQ(seen(along), "1 2 10 1.5 1 8");
-    along.display();
-    EXPECT_EQ(out(), "Position: X: 1 Y: 2 Z: 10\nDirection: X: 0.5 Y: -1 Z: -2\nUp: X: 0 Y: 1 Z: 0.25\n");
-    RotatingCamera around({7, 1, 6}, 5, 0.3f);
-    for (const auto& [updates, place] : {std::pair(1, "7 5 1 7 1 6"), {300, "2 5 6 7 1 6"}}) {
-        for (int i = 0; i < updates; ++i) {
-            around.update();
-        }
-        EXPECT_EQ(seen(around), place);
+    look(along);
+    RotatingCamera around({7, 1, 6}, 5, 90);
+    for (int update = 0; update < 2; ++update) {
+        around.update();
+        look(around);
     }
-    for (const auto& [directions, place] : {std::pair(AD_UP, "3.5 2 3 3.5 1 3"),
-                                            {AD_DOWNLEFT, "-1.5 2 0.5 -1.5 1 0.5"},
-                                            {AD_RIGHT, "1 2 5.5 1 1 5.5"},
-                                            {15, "1 2 3 1 1 3"}}) {
+    for (const int directions : {AD_UP, AD_DOWNLEFT, AD_RIGHT}) {
         TopDownCamera above({1, 2, 3}, 2.5f);
         above.update(directions);
-        EXPECT_EQ(seen(above), place);
+        look(above);
     }
+    EXPECT_EQ(seen, "1 2 10 at 1.5 1 8; 7 5 1 at 7 1 6; 2 5 6 at 7 1 6; "
+                    "3.5 2 3 at 3.5 1 3; -1.5 2 0.5 at -1.5 1 0.5; 1 2 5.5 at 1 1 5.5; ");
+    along.display();
+    EXPECT_EQ(out(), "Position: X: 1 Y: 2 Z: 10\nDirection: X: 0.5 Y: -1 Z: -2\nUp: X: 0 Y: 1 Z: 0.25\n");
 }
 
-TEST_F(Idle, vectorsCalculate) {
-    const Vector3f v(1, 2.5f, -3);
-    const Colour4 c(1, 2, 3, 4);
+TEST_F(Idle, calculates) {
     const auto unit = [](auto vector) {
         vector.normalise();
         return text(vector);
     };
-    EXPECT_EQ(text(v.cross({4, -6, 8})), "2 -20 -16");
-    EXPECT_EQ(text(v.dot({4, -6, 8}), c.dot({5, 7, 11, 13})), "-35 104");
+    EXPECT_EQ(text(Vector3f(1, 2.5f, -3).cross({4, -6, 8})), "2 -20 -16");
     EXPECT_EQ(unit(Vector3f(2, 3, 6)) + unit(Vector3f()), "0.286 0.429 0.8570 0 0");
     EXPECT_EQ(unit(Colour4(1, -1, 7, 7)) + unit(Colour4(0, 0, 0, 0)), "0.1 -0.1 0.7 0.70 0 0 0");
-    EXPECT_EQ(text(Colour4(v, 7)) + text(Colour4()), "1 2.5 -3 70 0 0 1");
-    EXPECT_EQ(text(MathUtils::lerp(c, {5, 7, 11, 13}, 1.5f)), "7 9.5 15 17.5");
+    EXPECT_EQ(text(MathUtils::lerp(Colour4(1, 2, 3, 4), {5, 7, 11, 13}, 1.5f)), "7 9.5 15 17.5");
 }
 
-TEST_F(Idle, texturesOfOneColourAndRenderBuffers) {
+TEST_F(Idle, hasTexturesOfOneColourAndRenderBuffers) {
     {
-        const Texture texture(2, 1, Colour4(1, 0.5f, 0, 1.25f));
+        const Texture texture(2, 1, Colour4(1, 0.5f, 0, 0.25f));
         FrameBuffer frame;
         RenderBuffer buffer;
         buffer.create(GL_RENDERBUFFER, GL_DEPTH_COMPONENT, 40, 30);
-        buffer.bind(GL_RENDERBUFFER);
-        RenderBuffer::unbind(GL_RENDERBUFFER);
         frame.attach(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, buffer);
-        EXPECT_EQ(stage.objects.size(), 3U);
     }
-    EXPECT_EQ(stage.objects.size(), 0U);
-    EXPECT_EQ(story(), "texture of 2 x 1  255 127 0 62 255 127 0 62");
+    EXPECT_EQ(story(), std::string("texture of 2 1 \xFF\x7F\0?\xFF\x7F\0?", 23));
     EXPECT_EQ(out(),
               "GL Texture ID created: 1\nNew FrameBuffer id: 2\nFrameBuffer created\n"
               "New RenderBuffer id: 3\nRenderBuffer created\ndeleted created\nFrameBuffer '2' deleted\n");
@@ -81,7 +71,7 @@ TEST_F(Idle, texturesOfOneColourAndRenderBuffers) {
     EXPECT_THROW(RenderBuffer(), RenderBufferException);
 }
 
-TEST_F(Idle, impulsorsTickForAFrame) {
+TEST_F(Idle, ticksForAFrame) {
     stage.now = 0xFFFFFFF0;
     Impulsor impulsor(100);
     std::string ticks;
@@ -94,22 +84,18 @@ TEST_F(Idle, impulsorsTickForAFrame) {
     EXPECT_EQ(ticks, "..!..!..!!..!");
 }
 
-TEST_F(Idle, scrollersStarsAndMounds) {
+TEST_F(Idle, scrollsTurnsAndHeapsUp) {
     Font font(Colour4(1, 1, 1, 1));
     std::string seen; // letters within 40 units of the middle; far away it comes back from the other side
     for (const float z : {43.0f, -37.0f, 199.99f, 39.9f}) {
         Scroller scroller(&font, {3, 1, z}, "iiii i");
         scroller.update();
-        const auto letters = drawn([&] { scroller.draw(0.5f); });
-        seen += text(letters.size(), letters.empty() ? 0 : letters[0].points[0].position.z) + "; ";
+        seen += text(drawn([&] { scroller.draw(0.5f); }).size()) + " ";
     }
-    EXPECT_EQ(seen, "2 40.785; 3 -36.965; 0 0; 5 39.935; ");
+    EXPECT_EQ(seen, "2 3 0 5 ");
     Star star({1, 2, 3}, {89.9f, 0, 0}, {0.1f, 0.2f, 0.3f});
     star.update();
-    const Drawing drawing = drawn([&] { star.draw(); }).at(0);
-    EXPECT_EQ(text(drawing.points.size(), text(drawing.points[0].position)), "24 1.5 1.5 3");
-    EXPECT_EQ(text(drawing.points[5].position), "2 1.67 3.66");
-
+    EXPECT_EQ(text(drawn([&] { star.draw(); })[0].points.at(5).position), "2 1.67 3.66");
     Grid grid(20, 20, 1);
     grid.makeElevation(10, 5, 20, 0);
     grid.makeElevation(0, 19, 3, 0);
@@ -122,65 +108,49 @@ TEST_F(Idle, scrollersStarsAndMounds) {
     EXPECT_EQ(text(grid.getPoints()[7].colour), "0.1 0.2 0.3 1");
 }
 
-TEST_F(Idle, musicPausesJumpsAndHasATitle) {
+TEST_F(Idle, pausesJumpsAndHasATitle) {
     Music music;
     const auto title = [&music] { return std::string(std::unique_ptr<char[]>(music.getName()).get()); };
-    const auto lines = [] {
-        const std::string said = err();
-        return std::count(said.begin(), said.end(), '\n');
-    };
     EXPECT_EQ(text(music.getMsLength(), music.getMsPosition(), title()), "0 0 ");
-    music.setMsPosition(5);
-    EXPECT_EQ(lines(), 4); // what cannot be said, or done
     EXPECT_TRUE(music.create() && music.loadFile("a"));
     music.play();
-    music.setMsPosition(7);
     music.pause();
-    EXPECT_EQ(stage.paused, 1);
-    music.play();
-    EXPECT_EQ(stage.paused, 0);
-    EXPECT_EQ(text(music.getMsLength(), music.getMsPosition(), title()), "103000 7 Quelar");
-    EXPECT_EQ(lines(), 0);
+    music.play(); // goes on, and does not begin again
+    music.setMsPosition(7);
+    EXPECT_EQ(text(stage.paused, music.getMsLength(), music.getMsPosition(), title()), "0 9 7 Quelar");
+    EXPECT_EQ(std::count(stage.events.begin(), stage.events.end(), "FMOD_System_PlaySound"), 1);
     stage.failing = "FMOD_Sound_GetName";
     EXPECT_EQ(title(), "");
     stage.failing = "FMOD_System_CreateStream";
     EXPECT_FALSE(music.loadFile("b"));
-    music.play(); // nothing
-    EXPECT_EQ(lines(), 2);
     EXPECT_EQ(music.getMsLength(), 0U);
 }
 
 TEST_F(Idle, keysAreDirectionsAndButtons) {
     SDL_Keyboard keyboard;
-    std::string directions;
+    std::string pressed;
     for (int chord = 0; chord < 16; ++chord) { // of up, down, right and left
         for (int bit = 0; bit < 4; ++bit) {
             stage.keys[SDLK_UP + bit] = chord >> bit & 1;
         }
-        directions += text(keyboard.getDirectionsPressed()) + " ";
+        pressed += text(keyboard.getDirectionsPressed()) + " ";
     }
-    EXPECT_EQ(directions, "0 1 4 1 2 3 6 3 8 9 12 9 8 3 6 3 ");
-    std::string buttons;
     for (const int key : {SDLK_q, SDLK_w, SDLK_a, SDLK_s, SDLK_z, SDLK_x, SDLK_KP_MINUS, SDLK_KP_PLUS}) {
         stage.keys[key] = 1;
-        buttons += text(keyboard.getButtonsState()) + " ";
+        pressed += text(keyboard.getButtonsState()) + " ";
         stage.keys[key] = 0;
     }
-    EXPECT_EQ(buttons, "1 2 4 8 64 128 512 256 ");
+    EXPECT_EQ(pressed, "0 1 4 1 2 3 6 3 8 9 12 9 8 3 6 3 1 2 4 8 64 128 512 256 ");
 }
 
-TEST_F(Idle, windowsWithoutOpenGlAreBlackAndCanBeResized) {
+TEST_F(Idle, hasWindowsWithoutOpenGl) {
     Window window(4, 3, "a", 0);
     window.clear();
     window.refresh();
     window.resize(8, 6);
     EXPECT_EQ(text(window.getWidth(), window.getHeight()), "8 6");
-    EXPECT_EQ(
-        story(),
-        "SDL_SetVideoMode 4 3 32 16, SDL_WM_SetCaption a, SDL_FillRect 4 1 0, SDL_UpdateRect 4 0 0 0 0, "
-        "SDL_SetVideoMode 8 6 32 16");
-    const GLWindow glWindow(4, 3, "b", false);
-    EXPECT_EQ(stage.events.at(0), "SDL_SetVideoMode 4 3 32 18");
+    EXPECT_EQ(story(), "SDL_SetVideoMode 4 3 32 16, SDL_WM_SetCaption a, SDL_FillRect 4 1 0, "
+                       "SDL_UpdateRect 4 0 0 0 0, SDL_SetVideoMode 8 6 32 16");
     stage.failing = "SDL_SetVideoMode";
     EXPECT_THROW(window.resize(1, 1), WindowCreationException);
 }

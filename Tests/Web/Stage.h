@@ -48,7 +48,6 @@ struct Stage {
     Uint32 readClock() const { return now; }
     static constexpr bool watching = false;
     static constexpr bool works(const char* /*call*/) { return true; }
-    static void own(GLuint /*object*/, bool /*from*/) {}
     static constexpr GLenum nextError() { return GL_NO_ERROR; }
     static constexpr bool isBroken(GLuint /*object*/) { return false; }
 };

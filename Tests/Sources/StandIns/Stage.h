@@ -45,9 +45,8 @@ inline std::string text(const Colour4& c) { return text(c.r, c.g, c.b, c.a); }
 struct Stage {
     bool watching = true;
     std::vector<Drawing> drawings;
-    Words events;             ///< in their order: pictures begun, drawn and shown, waiting, keys, sound
-    std::set<GLuint> objects; ///< of OpenGL
-    std::vector<int> chance;  ///< random numbers drawn
+    Words events;            ///< in their order: pictures begun, drawn and shown, waiting, keys, sound
+    std::vector<int> chance; ///< random numbers drawn
     std::size_t errorChecks = 0, soundCalls = 0;
 
     Uint32 now = 1000; ///< ms
@@ -60,7 +59,6 @@ struct Stage {
     std::size_t failingSoundCall = 0; ///< the one of this number, counted from 1
     GLuint broken = 0;                ///< the shader or program that cannot be built
     FMOD_BOOL paused = 0;
-    unsigned int position = 0; ///< ms in the track
 
     bool works(std::string_view call) const { return call != failing; }
     template <typename... Parts>
@@ -71,7 +69,6 @@ struct Stage {
         return works(what);
     }
     static void tell(float /*uniform*/) {}
-    void own(GLuint object, bool from) { from ? void(objects.insert(object)) : void(objects.erase(object)); }
     bool isBroken(GLuint object) const { return broken == object; }
     GLenum nextError() { return ++errorChecks <= errors.size() ? errors[errorChecks - 1] : GL_NO_ERROR; }
     Uint32 readClock() { return std::exchange(now, now + std::exchange(drift, 0)); }
