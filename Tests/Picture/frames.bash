@@ -4,7 +4,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 references=$root/Tests/Picture/references
 
 # Seconds into the show: two or three of each scene.
-moments=(1 4.5 7 9.6 14 24.3 30 41 52 55.3 61.2 66.5 74 83 88.5 95)
+moments=(1 4.5 7 9.6 14 20 24.3 30 41 52 55.3 61.2 66.5 74 83 88.5 95)
 
 # record_stills FOLDER DATA SIZE SECONDS...: writes FOLDER/SECONDS.png for each moment.
 record_stills() {
@@ -16,9 +16,19 @@ record_stills() {
     (cd "$root" && "${QUELAR_BUILD:-$root/build}/bin/quelar-record" --seed 42 --data "$data" --size "$size" "${stills[@]}")
 }
 
-# ring_profile FILE...: how the light falls off in pictures of one size, as the program of that name tells it.
+# ring_profile FILE: how light falls off in a picture: the means of its largest channel in rings around everything that
+# is at least half as bright as the brightest, 2 to 6, 6 to 12 and 12 to 24 pixels off in a picture 480 high, in % of the
+# brightest; then the mean of all, in %.
 ring_profile() {
-    # shellcheck disable=SC2046 # two words
-    convert "$@" -alpha off -depth 8 rgb:- |
-        "${QUELAR_BUILD:-$root/build}/bin/ring_profile" $(identify -format '%w %h' "$1")
+    local scale half from to
+    local -a rings=()
+    read -r scale half < <(convert "$1" -format '%[fx:h/480] %[fx:50*maxima]\n' info:)
+    while read -r from to; do
+        rings+=('(' mpr:far -threshold "$from" '(' mpr:far -threshold "$to" -negate ')' -compose multiply -composite
+            '(' +clone mpr:light -composite ')' ')')
+    done < <(awk "BEGIN { for (r = 2; r < 24; r = r == 2 ? 6 : 2 * r) print 500 * $scale * r, 500 * $scale * (r == 2 ? 6 : 2 * r) }")
+    convert "$1" -alpha off -separate -evaluate-sequence max +write mpr:light -threshold "$half%" -negate \
+        -morphology Distance Euclidean:4,500 +write mpr:far -delete 0 "${rings[@]}" -format '%[fx:mean] ' info: |
+        awk "{ for (i = 1; i < NF; i += 2) printf \"%6.2f \", 5000 * \$(i + 1) / \$i / $half }"
+    convert "$1" -colorspace gray -format '%[fx:100*mean]\n' info:
 }
