@@ -3,9 +3,10 @@
 #include "CommandLine.h"
 #include "Process.h"
 
-#include <cstddef>
+#include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace recorder {
 
@@ -22,9 +23,6 @@ public:
         int stream = -1; ///< what is open there already, in place of the path
     };
 
-    /// Throws std::runtime_error with one line if FFmpeg isn't there.
-    static void requireInstalled();
-
     /// Starts it with these arguments. Every failure from here on is a std::runtime_error with one line.
     Encoder(const Arguments& arguments, const Output& output);
     /// An encoder that wasn't finished is killed: nobody wants its file.
@@ -32,7 +30,7 @@ public:
     Encoder(const Encoder&) = delete;
     Encoder& operator=(const Encoder&) = delete;
 
-    void write(const unsigned char* bytes, std::size_t count);
+    void write(const std::vector<unsigned char>& bytes);
 
     /// Ends the input and waits until all is written.
     void finish();
@@ -42,9 +40,9 @@ private:
 
     std::string target; ///< as FFmpeg is told
     std::string name;
+    int log; ///< what FFmpeg has to say, in memory
+    std::FILE* input = nullptr;
     std::unique_ptr<Process> process;
-    int input = -1;
-    int log = -1; ///< what FFmpeg has to say, in memory
 };
 
 } // namespace recorder

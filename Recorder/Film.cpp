@@ -99,11 +99,11 @@ unsigned int Film::nextFrom(unsigned int frame) const {
     return next == frames.end() ? NONE : *next;
 }
 
-void Film::take(const unsigned char* pixels) {
+void Film::take(const std::vector<unsigned char>& pixels) {
     if (encoder == nullptr) {
         encoder = std::make_unique<Encoder>(joined({format::frames(size), arguments}), output());
     }
-    encoder->write(pixels, size.bytes());
+    encoder->write(pixels);
     ++taken;
     if (isComplete()) {
         complete();

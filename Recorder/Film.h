@@ -49,7 +49,7 @@ public:
     int getStream() const { return descriptor; }
 
     /// The next frame it wants. With the last one it is complete, and the file has its name.
-    void take(const unsigned char* pixels);
+    void take(const std::vector<unsigned char>& pixels);
 
     /// No more frames come: completes it with those there were. Answers a line about it, an empty one if they
     /// were too few.

@@ -18,12 +18,13 @@ unsigned long long soundClock() { return 1000ULL * host::Host::current().getTick
 
 } // namespace
 
-Performance::Performance(const Play& play, unsigned int round, FrameLink& link)
+Performance::Performance(const Play& play, unsigned int round, std::FILE* stream)
     : play(play),
       round(round),
       frame(round * timeline::SHOW_FRAMES),
       end(frame + timeline::SHOW_FRAMES),
-      link(link) {}
+      stream(stream),
+      pixels(play.size.bytes()) {}
 
 int Performance::run() {
     FMOD_Clock_Set(soundClock);
@@ -60,11 +61,11 @@ float Performance::getPixelScale() const {
 unsigned int Performance::seedFor(unsigned int /*asked*/) { return play.seed + round; }
 
 void Performance::showFrame() {
-    if (isWanted()) {
-        canvas->read(link.beginFill());
-        link.endFill(frame);
-    } else {
-        link.pass(frame);
+    const FrameNews news = {frame, isWanted()};
+    std::fwrite(&news, sizeof news, 1, stream);
+    if (news.drawn) {
+        canvas->read(pixels.data());
+        std::fwrite(pixels.data(), 1, pixels.size(), stream);
     }
     ++frame;
     canvas->setDrawing(isWanted());

@@ -1,14 +1,15 @@
 #pragma once
 
 #include "Canvas.h"
-#include "FrameLink.h"
 #include "FrameSize.h"
 #include "Host.h"
 #include "Song.h"
 
 #include <atomic>
+#include <cstdio>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace recorder {
 
@@ -22,13 +23,19 @@ struct Play {
     std::function<unsigned int(unsigned int frame)> next;
 };
 
+/// What is said of a frame, before its pixels if it was drawn.
+struct FrameNews {
+    unsigned int frame;
+    bool drawn;
+};
+
 /// One round of the show, drawn: answers the show for the window, the keyboard and the clock. The show's time
 /// is in its hands: it stands still while a frame is drawn and moves by what the show itself waits, so every
 /// frame is exactly 15 ms long, however long drawing it took.
 class Performance : public host::Host {
 public:
-    /// Frames are counted over all rounds.
-    Performance(const Play& play, unsigned int round, FrameLink& link);
+    /// Frames are counted over all rounds. What they look like goes to a stream.
+    Performance(const Play& play, unsigned int round, std::FILE* stream);
 
     /// Answers the show's exit status.
     int run();
@@ -50,7 +57,8 @@ private:
     unsigned int round;
     unsigned int frame; ///< that is being drawn
     unsigned int end;   ///< the first one of the next round
-    FrameLink& link;
+    std::FILE* stream;
+    std::vector<unsigned char> pixels;
     std::unique_ptr<Canvas> canvas;
     std::atomic<unsigned int> ticks{0};
 };

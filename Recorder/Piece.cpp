@@ -64,8 +64,9 @@ Piece::Piece(const Order& order, const FrameRange& range, std::string machine)
     Arguments command = order.command;
     command.insert(command.end(), {"--from", describeSeconds("%.3f", range.first), "--to",
                                    describeSeconds("%.3f", range.last + 1)});
-    recorder = std::make_unique<Process>(onMachine(this->machine, command),
-                                         Process::Streams{input, its[0], its[1]}, Process::Keyboard::SHARED);
+    recorder = std::make_unique<Process>(Process::Keyboard::SHARED, [&] {
+        return Process::become(onMachine(this->machine, command), {input, its[0], its[1]});
+    });
     for (const int descriptor : {input, its[0], its[1]}) {
         close(descriptor);
     }

@@ -3,68 +3,26 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <initializer_list>
-#include <spawn.h>
-#include <sstream>
+#include <cstring>
 #include <stdexcept>
 #include <sys/prctl.h>
 #include <sys/wait.h>
-#include <system_error>
 #include <unistd.h>
-#include <utility>
+#include <vector>
 
 namespace recorder {
 
-Process::Process(const Arguments& command, const Streams& streams, Keyboard keyboard) {
-    std::vector<char*> argv;
-    argv.reserve(command.size() + 1);
-    for (const std::string& word : command) {
-        argv.push_back(const_cast<char*>(word.c_str()));
-    }
-    argv.push_back(nullptr);
-
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    for (const auto& [ours, its] :
-         {std::pair{streams.input, STDIN_FILENO}, std::pair{streams.output, STDOUT_FILENO},
-          std::pair{streams.error, STDERR_FILENO}}) {
-        if (ours >= 0) {
-            posix_spawn_file_actions_adddup2(&files, ours, its);
-        }
-    }
-
-    // It starts as if we had never touched a signal.
-    sigset_t signals;
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGPIPE);
-    posix_spawnattr_setsigdefault(&attributes, &signals);
-    posix_spawnattr_setpgroup(&attributes, 0);
-    posix_spawnattr_setflags(
-        &attributes,
-        static_cast<short>(POSIX_SPAWN_SETSIGDEF | (keyboard == Keyboard::OURS ? POSIX_SPAWN_SETPGROUP : 0)));
-
-    const int error = posix_spawnp(&process, argv.front(), &files, &attributes, argv.data(), environ);
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&files);
-    if (error != 0) {
-        process = -1;
-        throw std::runtime_error("can't start " + command.front() + ": " +
-                                 std::generic_category().message(error));
-    }
-}
-
-Process::Process(const std::function<int()>& work) {
+Process::Process(Keyboard keyboard, const std::function<int()>& work) {
     std::fflush(nullptr);
     process = fork();
     if (process < 0) {
-        throw std::runtime_error("can't start another process: " + std::generic_category().message(errno));
+        throw std::runtime_error(std::string("can't start another process: ") + std::strerror(errno));
     }
     if (process == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (keyboard == Keyboard::OURS) {
+            setpgid(0, 0);
+        }
         const int answer = work();
         std::fflush(nullptr);
         _exit(answer);
@@ -76,15 +34,19 @@ Process::~Process() {
     wait();
 }
 
-bool Process::isInstalled(const std::string& program) {
-    const char* const path = std::getenv("PATH");
-    std::istringstream folders(path == nullptr ? "" : path);
-    for (std::string folder; std::getline(folders, folder, ':');) {
-        if (access((std::filesystem::path(folder) / program).c_str(), X_OK) == 0) {
-            return true;
-        }
+int Process::become(const Arguments& command, const std::array<int, 3>& streams) {
+    for (int i = 0; i < static_cast<int>(streams.size()); ++i) {
+        dup2(streams[static_cast<std::size_t>(i)], i);
     }
-    return false;
+    std::signal(SIGPIPE, SIG_DFL);
+    std::vector<char*> words;
+    for (const std::string& word : command) {
+        words.push_back(const_cast<char*>(word.c_str()));
+    }
+    words.push_back(nullptr);
+    execvp(words.front(), words.data());
+    std::fprintf(stderr, "can't start %s: %s\n", words.front(), std::strerror(errno));
+    return NOT_STARTED;
 }
 
 void Process::send(int signal) const {

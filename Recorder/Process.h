@@ -2,38 +2,30 @@
 
 #include "CommandLine.h"
 
+#include <array>
 #include <functional>
 #include <sys/types.h>
 
 namespace recorder {
 
 /// Something that runs beside this program, as its child. It is killed and waited for if it still runs at the
-/// end of this object.
+/// end of this object, and dies with us.
 class Process {
 public:
-    /// What another program has for standard input, output and error: open files of ours, or -1 for our own.
-    struct Streams {
-        int input = -1;
-        int output = -1;
-        int error = -1;
-    };
-
     /// Whether what the user sends from the keyboard, Ctrl-C for one, reaches it too or us alone.
     enum class Keyboard { SHARED, OURS };
 
-    /// Another program, to be found by PATH unless it is a path itself, and its arguments. Throws
-    /// std::runtime_error with one line.
-    Process(const Arguments& command, const Streams& streams, Keyboard keyboard);
-
-    /// This program as it is now, doing some work, whose answer is its exit status. It has all that is open
-    /// here, and dies with us.
-    explicit Process(const std::function<int()>& work);
-
+    /// This program as it is now, with all that is open, doing some work; the answer is its exit status.
+    /// Throws std::runtime_error with one line.
+    Process(Keyboard keyboard, const std::function<int()>& work);
     ~Process();
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
 
-    static bool isInstalled(const std::string& program);
+    /// For the work: becomes another program, found by PATH, with these for standard input, output and error
+    /// (-1: our own). If that fails it says so, and answers NOT_STARTED.
+    static int become(const Arguments& command, const std::array<int, 3>& streams);
+    static constexpr int NOT_STARTED = 127;
 
     void send(int signal) const;
 

@@ -7,15 +7,25 @@
 #include "report.h"
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
 #include <filesystem>
+#include <memory>
+#include <poll.h>
 #include <stdexcept>
 #include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
 #include <utility>
 
 namespace recorder {
 
 namespace {
+
+constexpr int PIPE_BYTES = 1 << 20; // more may not be allowed
+constexpr int SECOND = 1000;        // ms
 
 std::vector<Film> claimAll(const Options& options, const Track& track) {
     std::vector<Film> films;
@@ -34,7 +44,6 @@ std::vector<Film> claimAll(const Options& options, const Track& track) {
         films.push_back(std::move(film));
     };
     const FrameRange range = options.rangeWithin(track.getFrames());
-    Encoder::requireInstalled();
     if (options.video == "-") {
         claim(Film::stream(options, range));
     } else if (!options.video.empty()) {
@@ -82,31 +91,46 @@ int Recorder::run() {
 }
 
 int Recorder::record(unsigned int round, ProgressLine& progress) {
-    FrameLink link(play.size.bytes());
-    Process drawing([&] {
-        link.take(FrameLink::Side::DRAWING);
-        return Performance(play, round, link).run();
+    std::array<int, 2> ends{-1, -1};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+        throw std::system_error(errno, std::generic_category(), "can't draw");
+    }
+    fcntl(ends[1], F_SETPIPE_SZ, PIPE_BYTES);
+    Process drawing(Process::Keyboard::SHARED, [&] {
+        std::FILE* const out = fdopen(ends[1], "wb");
+        std::setbuf(out, nullptr);
+        return Performance(play, round, out).run();
     });
-    link.take(FrameLink::Side::WRITING);
-    using Kind = FrameLink::Event::Kind;
+    close(ends[1]);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> in(fdopen(ends[0], "rb"), std::fclose);
+    std::setbuf(in.get(), nullptr);
+    std::vector<unsigned char> pixels(play.size.bytes());
+    FrameNews news{};
     bool asked = false;
-    for (FrameLink::Event event{}; event.kind != Kind::OVER; event = link.next(films.front().getStream())) {
-        if (event.kind == Kind::DRAWN) {
+    while (true) {
+        // It shows signs of life, and watches for those of others, while a frame takes long.
+        std::array<pollfd, 2> watched{{{ends[0], POLLIN, 0}, {films.front().getStream(), 0, 0}}};
+        poll(watched.data(), watched.size(), SECOND);
+        if (watched[1].revents != 0) {
+            throw std::runtime_error("nobody reads standard output any more");
+        }
+        if (watched[0].revents != 0) {
+            if (std::fread(&news, sizeof news, 1, in.get()) != 1 ||
+                (news.drawn && std::fread(pixels.data(), 1, pixels.size(), in.get()) != pixels.size())) {
+                break;
+            }
             for (Film& film : films) {
-                if (film.nextFrom(event.frame) == event.frame) {
-                    film.take(event.pixels);
+                if (film.nextFrom(news.frame) == news.frame) {
+                    film.take(pixels);
                 }
             }
-            link.giveBack();
+            progress.update(news.frame + 1);
         }
         if (isPiece) {
             progress.count(films.front().getTaken());
-        } else if (event.kind != Kind::NOTHING_YET) {
-            progress.update(event.frame + 1);
         }
-        if (const int signal = StopRequest::getSignal(); signal != 0 && !asked) {
+        if (const int signal = StopRequest::getSignal(); signal != 0 && !std::exchange(asked, true)) {
             drawing.send(signal);
-            asked = true;
         }
     }
     const int status = drawing.wait();

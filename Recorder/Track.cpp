@@ -4,9 +4,6 @@
 #include "Timeline.h"
 #include "report.h"
 
-#include <fmod_clock.h>
-#include <fmod_errors.h>
-
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -20,19 +17,6 @@ namespace recorder {
 namespace fs = std::filesystem;
 
 namespace {
-
-/// What the sound layer has to say against a file as the show's track: one sentence, or nothing.
-std::string faultOf(const std::string& file) {
-    // With a clock of its own it leaves the device alone.
-    FMOD_Clock_Set([] { return 0ULL; });
-    FMOD_SYSTEM* system = nullptr;
-    FMOD_SOUND* sound = nullptr;
-    FMOD_System_Create(&system);
-    FMOD_System_Init(system, 1, FMOD_INIT_NORMAL, nullptr);
-    const FMOD_RESULT result = FMOD_System_CreateStream(system, file.c_str(), FMOD_LOOP_OFF, nullptr, &sound);
-    FMOD_System_Release(system);
-    return result == FMOD_OK ? "" : FMOD_ErrorString(result);
-}
 
 /// A copy in memory of what can be read only once.
 int spool(const std::string& file) {
@@ -51,8 +35,8 @@ Track::Track(const Options& options) : frames(timeline::SHOW_FRAMES) {
     const bool isHeard = !options.silent && !options.video.empty() && options.video != "-";
     if (options.track.empty()) {
         soundFile = (fs::absolute(options.dataFolder) / "music/quelar.mp3").string();
-        if (const std::string fault = isHeard ? faultOf(soundFile) : ""; !fault.empty()) {
-            say(fault + " The video is silent.");
+        if (isHeard && !fs::exists(soundFile)) {
+            say("The music file does not exist. The video is silent.");
             soundFile.clear();
         }
     } else {

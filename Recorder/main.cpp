@@ -7,7 +7,9 @@
 #include "Track.h"
 #include "report.h"
 
+#include <fcntl.h>
 #include <stdexcept>
+#include <unistd.h>
 
 int host::start(int argc, char** argv) {
     return recorder::attempt([&] {
@@ -16,6 +18,8 @@ int host::start(int argc, char** argv) {
         if (!options.answer.empty()) {
             recorder::answer(options.answer);
             return 0;
+        }
+        while (open("/dev/null", O_RDWR | O_CLOEXEC) <= STDERR_FILENO) { // whatever was closed
         }
         recorder::StopRequest::listen();
         options.readSettings(recorder::ShowOptions::USUAL_SIZE); // there is no screen
