@@ -30,6 +30,9 @@ public:
     /// Pixels of what it opened for each that the show thinks of (Widths.h).
     virtual float getPixelScale() const { return 1; }
 
+    /// OpenGL's functions are loaded and none of them was used yet.
+    virtual void openGlIsLoaded() {}
+
     /// What the show's chance starts from, in place of the seed that its settings ask for.
     virtual unsigned int seedFor(unsigned int asked) { return asked; }
 

@@ -1,7 +1,7 @@
 # For the tests: the show as a process on a virtual screen of its own, and what a viewer sees and does there.
 
 root=$(cd "$BATS_TEST_DIRNAME/../.." && pwd)
-program=${QUELAR_BUILD:-$root/build}/bin/quelar
+bin=${QUELAR_BUILD:-$root/build}/bin
 
 # Starts a screen for the tests of the file.
 open_screen() {
@@ -28,7 +28,7 @@ stage() {
 
 # Starts the show, by the given command in place of the program itself.
 launch() {
-    (($#)) || set -- "$program"
+    (($#)) || set -- "$bin/quelar"
     out=$BATS_TEST_TMPDIR/out
     err=$BATS_TEST_TMPDIR/err
     : >"$out" # nobody takes the lines of the show before for those of this one
@@ -101,23 +101,22 @@ FrameBuffer '1' deleted
 Music deleted
 Zentrik closed"
 
-# The show ran, was left by Escape, and had nothing but standard input to say on standard error.
-ran() {
-    [ "$status" -eq 0 ]
-    is "$out" <<<"$RUN_LINES"
-    is "$err"
-}
+# What the player tells of the size that it has chosen.
+CHOSEN='software draws here: the picture is 640x480 (--size asks for another)'
 
 # The show ended with a status and said this: the status, the lines on standard output, those on standard error.
 refused() {
     [ "$status" -eq "$1" ]
     is "$out" < <(printf '%b' "$2")
-    is "$err" < <(printf '%b' "$3")
+    is <(grep -avF ": $CHOSEN" "$err") < <(printf '%b' "$3")
 }
 
-# Size and place of the show's picture on the screen, as WIDTHxHEIGHT+X+Y; nothing without a window of its name.
-picture() {
-    # full screen, the picture lies in a black window of the screen's size
-    xwininfo -root -tree | awk '/"Kavel- \(OpenGL\)"/ { named = 1 } /^        0x/ { place = $(NF - 1) }
-        END { if (named) print place }'
+# The show ran, was left or came to its end, and had nothing but that to say on standard error.
+ran() { refused 0 "$RUN_LINES\n" "${1:-}"; }
+
+# The show is seen at last, as WIDTHxHEIGHT+X+Y: all that is lit on the screen.
+seen() {
+    # by a rim, what is lit everywhere has an edge as well
+    [ "$(import -window root png:- | convert - -bordercolor black -border 1 -trim -format '%wx%h%O' info: 2>/dev/null |
+        awk -F + '{ print $1 "+" $2 - 1 "+" $3 - 1 }')" = "$1" ]
 }

@@ -1,0 +1,89 @@
+#include "Screen.h"
+
+#include <GLFW/glfw3.h>
+#include <cstdlib>
+#include <string>
+
+namespace window {
+
+namespace {
+
+std::string whyNone() {
+    for (const char* const variable : {"WAYLAND_DISPLAY", "DISPLAY"}) {
+        const char* const name = std::getenv(variable);
+        if (name != nullptr && *name != 0) {
+            return std::string("the screen ") + name + " (" + variable + ") does not answer";
+        }
+    }
+    return "there is no screen here (DISPLAY is not set)";
+}
+
+/// Why the window library could not do it.
+std::runtime_error failure() {
+    const char* reason = nullptr;
+    glfwGetError(&reason);
+    return std::runtime_error(reason == nullptr ? "the screen has no window for the show" : reason);
+}
+
+} // namespace
+
+Screen::Screen() {
+    if (glfwInit() == GLFW_FALSE) {
+        throw NoScreen(whyNone());
+    }
+    GLFWmonitor* const monitor = glfwGetPrimaryMonitor();
+    if (monitor == nullptr || glfwGetVideoMode(monitor) == nullptr) {
+        glfwTerminate();
+        throw NoScreen(whyNone());
+    }
+}
+
+Screen::~Screen() { glfwTerminate(); }
+
+void Screen::open() {
+    if (window != nullptr) {
+        return;
+    }
+    GLFWmonitor* const monitor = glfwGetPrimaryMonitor();
+    const GLFWvidmode* const mode = glfwGetVideoMode(monitor);
+    // The screen's present mode, so that nothing changes but the picture.
+    glfwWindowHint(GLFW_RED_BITS, mode->redBits);
+    glfwWindowHint(GLFW_GREEN_BITS, mode->greenBits);
+    glfwWindowHint(GLFW_BLUE_BITS, mode->blueBits);
+    glfwWindowHint(GLFW_REFRESH_RATE, mode->refreshRate);
+    glfwWindowHint(GLFW_DEPTH_BITS, 0); // the picture has its own
+    glfwWindowHint(GLFW_STENCIL_BITS, 0);
+    glfwWindowHint(GLFW_AUTO_ICONIFY, GLFW_FALSE);
+    glfwWindowHintString(GLFW_X11_CLASS_NAME, "quelar");
+    window = glfwCreateWindow(mode->width, mode->height, "Quelar", monitor, nullptr);
+    if (window == nullptr) {
+        throw failure();
+    }
+    glfwSetWindowUserPointer(window, this);
+    glfwSetInputMode(window, GLFW_CURSOR, GLFW_CURSOR_HIDDEN);
+    glfwSetKeyCallback(window, [](GLFWwindow* pressed, int key, int /*scancode*/, int action, int /*mods*/) {
+        if (key == GLFW_KEY_ESCAPE && action == GLFW_PRESS) {
+            static_cast<Screen*>(glfwGetWindowUserPointer(pressed))->escape = true;
+        }
+    });
+    glfwMakeContextCurrent(window);
+}
+
+host::Extent Screen::getExtent() const {
+    const GLFWvidmode* const mode = glfwGetVideoMode(glfwGetPrimaryMonitor());
+    int width = mode->width;
+    int height = mode->height;
+    if (window != nullptr) {
+        glfwGetFramebufferSize(window, &width, &height);
+    }
+    return {static_cast<unsigned int>(width), static_cast<unsigned int>(height)};
+}
+
+void Screen::swap() { glfwSwapBuffers(window); }
+
+bool Screen::wantsEscape() {
+    glfwPollEvents();
+    return escape || glfwWindowShouldClose(window) != GLFW_FALSE;
+}
+
+} // namespace window
