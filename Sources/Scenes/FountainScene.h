@@ -15,14 +15,20 @@ protected:
     static const std::array<Colour4, CLUSTER> PALETTE;
     static const Offsets OFFSETS; ///< phases of the fountains of a cluster, in radians
 
+    /// Adds one fountain. colour: its number in PALETTE; offset: its phase, in radians.
+    template <typename Particules>
+    static void addFountain(std::vector<Particules*>& parts, const Vector3f& position, std::size_t colour,
+                            float offset) {
+        parts.push_back(new Particules(position, PALETTE[colour], CAPACITY, offset));
+    }
+
     /// Adds a cluster of fountains, one of each colour, each a hundredth of a unit below the one before.
     template <typename Particules>
     static void addCluster(std::vector<Particules*>& parts, const Vector3f& position,
                            const Offsets& offsets = OFFSETS) {
         for (std::size_t k = 0; k < CLUSTER; ++k) {
             const auto height = static_cast<float>(position.y - 0.01 * static_cast<double>(k));
-            parts.push_back(
-                new Particules({position.x, height, position.z}, PALETTE[k], CAPACITY, offsets[k]));
+            addFountain(parts, {position.x, height, position.z}, k, offsets[k]);
         }
     }
 

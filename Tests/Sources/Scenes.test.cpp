@@ -93,7 +93,7 @@ struct Screening {
     Music music;
     Ms ms = 0;
     bool again; ///< whether this process has shown it before
-    static inline std::array<bool, 6> shown{};
+    static inline std::array<bool, std::size(SCENES)> shown{};
 };
 
 using Scenes = OnStage;
