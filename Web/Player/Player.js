@@ -210,6 +210,7 @@ export class Player extends EventTarget {
         if (this.state !== "playing") return;
         this.request = requestAnimationFrame(() => this.tick());
         if (this.waiting || this.seeking) return;
+        if (this.sound.isBack) this.startClock();
         const due = Math.floor((1000 * this.now) / this.frameMs);
         if (due >= this.frames) {
             this.end();

@@ -33,6 +33,7 @@ export class Sound {
         /** @type {AudioBufferSourceNode | null} */
         this.source = null;
         this.wishes = 0; // to play or to stop, so far
+        this.silentAt = -1; // on the device's clock, when it could not play though it was to; else -1
         this.begin = 0; // on the device's clock, in seconds, where the track was ...
         this.from = 0; // ... here
         this.heard = 0;
@@ -120,7 +121,11 @@ export class Sound {
             return; // no sound here
         }
         const { context, gain } = this.device;
-        if (context.state !== "running" || wish !== this.wishes) return;
+        if (wish !== this.wishes) return;
+        if (context.state !== "running") {
+            this.silentAt = context.currentTime;
+            return;
+        }
         this.source = context.createBufferSource();
         this.source.buffer = this.buffer;
         this.source.connect(gain);
@@ -140,8 +145,14 @@ export class Sound {
         return { context, gain, analyser };
     }
 
+    /** Whether it could sound again, after it could not when it was to. */
+    get isBack() {
+        return this.silentAt >= 0 && (this.device?.context.currentTime ?? 0) > this.silentAt;
+    }
+
     stop() {
         ++this.wishes;
+        this.silentAt = -1;
         this.source?.stop();
         this.source?.disconnect();
         this.source = null;
@@ -171,6 +182,7 @@ export class Sound {
             this.moved = now;
         } else if (now - this.moved > PATIENCE) {
             this.stop(); // a device that does not move
+            this.silentAt = context.currentTime;
         }
         return this.heard;
     }
