@@ -1,6 +1,7 @@
 // A real browser, a server for the page on the loopback address, and what every test of it watches over.
-import { execFile } from "node:child_process";
+import { execFile, spawn } from "node:child_process";
 import { createHash } from "node:crypto";
+import { once } from "node:events";
 import { mkdtemp, readFile, rm } from "node:fs/promises";
 import { createServer } from "node:http";
 import { createRequire } from "node:module";
@@ -27,13 +28,8 @@ const PATIENCE_MS = Number(process.env.QUELAR_PATIENCE_MS ?? 60000); // a busy m
 
 const TYPES = { ".css": "text/css", ".html": "text/html", ".js": "text/javascript" };
 
-/**
- * The page as it is met: a server for it, like any other, and Debian's Chromium, without a window. It draws by the
- * same software OpenGL as the rest of the tests, and leaves in a folder what it downloads.
- * @param {string[]} [more] options of the browser
- * @returns {Promise<{browser: object, url: string, folder: string, close: () => Promise<void>}>}
- */
-export async function openBrowser(more = []) {
+/** A server for the page, like any other, and a folder for what is downloaded from it. */
+async function serve() {
     const server = createServer(async ({ url }, answer) => {
         const path = new URL(url, "http://localhost").pathname.replace(/\/$/, "/index.html");
         const file = await readFile(join(BUILT, path)).catch(() => undefined);
@@ -43,6 +39,17 @@ export async function openBrowser(more = []) {
     });
     await new Promise((done) => server.listen(0, "127.0.0.1", done));
     const folder = await mkdtemp(join(tmpdir(), "quelar-page-"));
+    return { server, folder, url: `http://127.0.0.1:${server.address().port}/` };
+}
+
+/**
+ * The page as it is met in Debian's Chromium, without a window. It draws by the same software OpenGL as the rest of
+ * the tests.
+ * @param {string[]} [more] options of the browser
+ * @returns {Promise<{browser: object, url: string, folder: string, close: () => Promise<void>}>}
+ */
+export async function openBrowser(more = []) {
+    const { server, folder, url } = await serve();
     const browser = await puppeteer.launch({
         executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
         downloadBehavior: { policy: "allow", downloadPath: folder },
@@ -63,7 +70,29 @@ export async function openBrowser(more = []) {
         server.close();
         await rm(folder, { recursive: true, force: true });
     };
-    return { browser, url: `http://127.0.0.1:${server.address().port}/`, folder, close };
+    return { browser, url, folder, close };
+}
+
+/** The page in Debian's Firefox, which draws only where there is a screen: it gets one that nobody sees. */
+export async function openFirefox() {
+    const { server, folder, url } = await serve();
+    const options = ["-displayfd", "3", "-screen", "0", "1024x768x24", "-nolisten", "tcp"];
+    const screen = spawn("Xvfb", options, { stdio: ["ignore", "ignore", "ignore", "pipe"] });
+    const [number] = await once(screen.stdio[3], "data");
+    const browser = await puppeteer.launch({
+        browser: "firefox",
+        executablePath: "/usr/bin/firefox-esr",
+        headless: false,
+        env: { ...process.env, DISPLAY: `:${String(number).trim()}`, HOME: folder },
+        protocolTimeout: PATIENCE_MS,
+    });
+    const close = async () => {
+        await browser.close();
+        screen.kill();
+        server.close();
+        await rm(folder, { recursive: true, force: true });
+    };
+    return { browser, url, folder, close };
 }
 
 /**
@@ -84,11 +113,12 @@ export const writeTone = (file, hertz) =>
 /**
  * Opens the page and watches over it: `close` fails if it said anything on the console but lines of the show, if
  * an error went uncaught, or if it asked for anything from elsewhere.
- * @param {{browser: object, url: string, hash?: string, size?: string, prepare?: Function, forgiven?: RegExp}} wishes
- *     `size` of the canvas, small as the drawing is done by software; `prepare` runs in the page ahead of its own
+ * @param {{browser: object, url: string, hash?: string, size?: string, scale?: number, prepare?: Function,
+ *     forgiven?: RegExp}} wishes `size` of the canvas, small as the drawing is done by software, or none, so that it
+ *     has as many pixels as it is large, `scale` to each side of a point; `prepare` runs in the page ahead of its own
  *     scripts; `forgiven` is what may be said on the console
  */
-export async function openPage({ browser, url, hash = "", size = "320x240", prepare, forgiven }) {
+export async function openPage({ browser, url, hash = "", size = "320x240", scale = 1, prepare, forgiven }) {
     const page = await browser.newPage();
     const problems = [];
     page.setDefaultTimeout(PATIENCE_MS);
@@ -102,8 +132,9 @@ export async function openPage({ browser, url, hash = "", size = "320x240", prep
         if (!/^(blob|data):/.test(asked) && !asked.startsWith(url)) problems.push(`asks ${asked}`);
     });
     if (prepare) await page.evaluateOnNewDocument(prepare);
-    await page.setViewport({ width: 800, height: 700, hasTouch: true });
-    await page.goto(`${url}#${hash}&size=${size}`);
+    const hasTouch = /chrom/i.test(await browser.version()); // Firefox cannot pretend
+    await page.setViewport({ width: 800, height: 700, hasTouch, deviceScaleFactor: scale });
+    await page.goto(`${url}#${hash}${size && `&size=${size}`}`);
 
     const read = page.evaluate.bind(page);
     /** Waits until a function of the page gives true. */

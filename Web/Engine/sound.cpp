@@ -64,9 +64,7 @@ FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL*, float* spectrum, int numvalu
     fmodex::Spectrum& measured = spectra.try_emplace(numvalues, numvalues).first->second;
     std::vector<fmodex::Frame>& frames = measured.getFrames();
     pageCopyTrack(now - numvalues, static_cast<unsigned int>(frames.size()), &frames.data()->left);
-    measured.measure(spectrum);
-    std::transform(spectrum, spectrum + numvalues, spectrum,
-                   [gain = pageTrackGain()](float value) { return gain * value; });
+    measured.measure(spectrum, pageTrackGain());
     return FMOD_OK;
 }
 FMOD_RESULT FMOD_Channel_Stop(FMOD_CHANNEL*) {
