@@ -1,6 +1,6 @@
 import { describe, download, element } from "./dom.js";
 import { draw } from "./icons.js";
-import { readLink, writeLink } from "./link.js";
+import { LONGEST, pack, readLink, writeLink } from "./link.js";
 import { say } from "./notice.js";
 
 /** @typedef {import("../Player/Player.js").Player} Player */
@@ -28,18 +28,36 @@ export function actions(player, look) {
             if (look.close() && document.fullscreenElement) await document.exitFullscreen();
         },
         async save() {
-            download(await player.picture(), `quelar-${player.time.toFixed(3)}.png`);
+            try {
+                download(await player.picture(), `quelar-${player.time.toFixed(3)}.png`);
+            } catch (error) {
+                say(Object(error).message);
+            }
         },
-        /** The link tells the moment, and what the address already told; standing still is told too. */
+        /** The link tells the moment, the look, and what the address already told; standing still is told too. */
         async copy() {
             const here = { ...readLink(location.hash), time: player.time, pause: player.state !== "playing" };
-            const link = new URL(writeLink(here), location.href);
+            const texts = look.changed;
+            const changed = Object.keys(texts).length > 0;
+            const link = new URL(
+                writeLink({ ...here, look: changed ? await pack(texts) : undefined }),
+                location.href,
+            );
+            if (link.href.length > LONGEST) {
+                const act = () => download(new Blob([JSON.stringify(texts)]), "quelar-look.json");
+                say("So much look is too long for a link; as a file it can be dropped on the page.", {
+                    label: "Save it",
+                    act,
+                });
+                return;
+            }
             history.replaceState(null, "", link);
             const copied = await navigator.clipboard?.writeText(link.href).then(
                 () => true,
                 () => false,
             );
-            say(`The link to this moment is ${copied ? "copied" : "in the address bar"}.`);
+            const what = changed ? "this moment and look" : "this moment";
+            say(`The link to ${what} is ${copied ? "copied" : "in the address bar"}.`);
         },
     };
 }
@@ -82,7 +100,7 @@ export function controls(player, act) {
         const playing = player.state === "playing";
         const ended = player.state === "ended";
         draw(play, playing ? "pause" : ended ? "again" : "play");
-        describe(play, playing ? "Pause" : ended ? "Play again" : "Play", "space");
+        describe(play, playing ? "Pause" : ended ? "Play again" : "Play", "Space");
         showSound();
     };
     function showSound() {

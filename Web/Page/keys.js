@@ -25,7 +25,7 @@ const WRITTEN = new Map([
  * @param {import("../Player/Player.js").Player} player
  * @param {Actions} act
  * @param {Goal} goal
- * @param {{step(scenes: number): void}} line
+ * @param {{step(way: 1 | -1): void}} line
  */
 export function keys(player, act, goal, line) {
     /** @param {number} seconds */

@@ -38,7 +38,7 @@ export function lookInside(player) {
         }
     });
 
-    /** @param {string} name @param {string} text */
+    /** What the compiler has to say of another text in place of one. @param {string} name @param {string} text */
     const wear = async (name, text) => {
         const editor = await loading;
         return (editor ? editor.replace(name, text) : player.setShader(name, text)) ?? [];
@@ -61,11 +61,15 @@ export function lookInside(player) {
             return Object.fromEntries(texts.filter(([name, text]) => text !== files.get(name)));
         },
         /**
-         * Puts other texts on, in whichever order they fit each other, and says which do not.
-         * @param {Record<string, string>} texts
+         * Puts other texts on, in whichever order they fit each other, and tells how that went.
+         * @param {Promise<Record<string, string>>} given
+         * @param {string} from
          */
-        async wear(texts) {
-            let left = player.shaders.filter((name) => texts[name] !== undefined);
+        async wear(given, from) {
+            const texts = Object(await given.catch(() => undefined));
+            const names = player.shaders.filter((name) => typeof texts[name] === "string");
+            if (!names.length) return say(`There is no look in the ${from} that the show could put on.`);
+            let left = names;
             for (let before = Infinity; left.length && left.length < before;) {
                 before = left.length;
                 const faulty = [];
@@ -73,7 +77,12 @@ export function lookInside(player) {
                 left = faulty;
             }
             for (const name of left) await wear(name, player.shaderText(name));
-            return left;
+            const which = left.join(" and ");
+            say(
+                which
+                    ? `The show keeps its own ${which}: what the ${from} brings no longer compiles.`
+                    : `The look of the ${from} is on.`,
+            );
         },
     };
 }

@@ -1,12 +1,15 @@
 import { describe, element } from "./dom.js";
 import { draw } from "./icons.js";
 import { say } from "./notice.js";
+import { minutes } from "./timeline.js";
 
 /** @typedef {import("../Player/Player.js").Player} Player */
 
 /**
  * Music of the visitor's own, chosen or dropped anywhere; the show starts over with it. Of several the last counts.
- * @param {Promise<Player>} beginning of the show: before that no browser lets a page sound
+ * A look that was saved as a file can be dropped too.
+ * @param {Promise<{player: Player, look: import("./controls.js").Look}>} beginning of the show: before that no
+ *     browser lets a page sound
  */
 export function ownMusic(beginning) {
     const button = element("music", HTMLButtonElement);
@@ -24,18 +27,16 @@ export function ownMusic(beginning) {
         newest = track;
         say(`${track.name} it is.`);
         turn = turn.then(async () => {
-            const player = await beginning;
+            const { player, look } = await beginning;
             if (track !== newest) return;
+            if (track.name.endsWith(".json")) return look.wear(track.text().then(JSON.parse), "file");
             say(`Reading ${track.name} …`);
             try {
                 await player.setTrack(await track.arrayBuffer());
-                say(`The music is ${track.name} now.`);
+                if (track === newest)
+                    say(`The music is ${track.name} now, ${minutes(player.duration)} long.`);
             } catch (error) {
-                say(
-                    error instanceof DOMException
-                        ? "This file cannot be read."
-                        : String(Object(error).message),
-                );
+                say(error instanceof DOMException ? "This file cannot be read." : Object(error).message);
             }
         });
     };

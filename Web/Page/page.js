@@ -7,7 +7,7 @@ import { element } from "./dom.js";
 import { Goal } from "./goal.js";
 import { watchIdle } from "./idle.js";
 import { keys } from "./keys.js";
-import { readLink } from "./link.js";
+import { readLink, unpack } from "./link.js";
 import { lookInside } from "./look.js";
 import { ownMusic } from "./music.js";
 import { timeline } from "./timeline.js";
@@ -18,40 +18,12 @@ const { dataset, style } = document.documentElement;
 const front = cover();
 let link = readLink(location.hash);
 
-/** Whether a visitor has started the show, or a link has: until then the cover stays, whatever lies under it. */
-let begun = false;
+/** @typedef {{player: Player, look: ReturnType<typeof lookInside>}} Started */
 
-/** @type {(player: Player) => void} */
+/** @type {(started: Started) => void} */
 let onBegin;
+/** @type {Promise<Started>} */
 const beginning = new Promise((resolve) => (onBegin = resolve));
-
-/** @param {Player} player */
-function show(player) {
-    begun ||= player.state === "playing";
-    if (begun) onBegin(player);
-    const idle = player.state === "ready" || player.state === "paused";
-    dataset.show = idle ? (begun ? "paused" : "ready") : player.state;
-    bar.inert = !begun || player.state === "failed";
-    if (player.state === "ended") front.again();
-    if (player.state === "failed") front.fail("The picture is lost, or the show could not go on.");
-}
-
-/**
- * Goes where the address says.
- * @param {Player} player
- * @param {Goal} goal
- */
-async function follow(player, goal) {
-    const { time, pause } = link;
-    if (pause) {
-        begun = true;
-        player.pause();
-    }
-    if (pause || time !== undefined) {
-        await goal.to(time ?? 0);
-        dataset.drawn = "";
-    }
-}
 
 async function load() {
     const { seed, size } = link;
@@ -68,18 +40,47 @@ async function open(player) {
     const goal = new Goal(player);
     const look = lookInside(player);
     const act = actions(player, look);
+
+    /** Whether a visitor has started the show, or a link has: until then the cover stays, whatever lies under it. */
+    let begun = false;
+
+    const show = () => {
+        begun ||= player.state === "playing";
+        if (begun) onBegin({ player, look });
+        const idle = player.state === "ready" || player.state === "paused";
+        dataset.show = idle ? (begun ? "paused" : "ready") : player.state;
+        bar.inert = !begun || player.state === "failed";
+        if (player.state === "ended") front.again();
+        if (player.state === "failed") front.fail("The picture is lost, or the show could not go on.");
+    };
+
+    /** Goes where the address says. */
+    const follow = async () => {
+        const { time, pause } = link;
+        if (pause) {
+            begun = true;
+            player.pause();
+        }
+        if (pause || time !== undefined) {
+            await goal.to(time ?? 0);
+            dataset.drawn = "";
+        }
+        show();
+    };
+
     Object.assign(window, { quelar: player }); // for the curious, and for tests
     player.addEventListener("frame", () => (dataset.drawn = ""), { once: true });
-    const line = timeline(player, goal);
     controls(player, act);
-    keys(player, act, goal, line);
+    keys(player, act, goal, timeline(player, goal));
     camera(player);
     stayAwake(player);
     watchIdle();
     addEventListener("hashchange", async () => {
         const last = link;
         link = readLink(location.hash);
-        if (JSON.stringify(link.size) !== JSON.stringify(last.size)) return location.reload();
+        if (JSON.stringify([link.size, link.look]) !== JSON.stringify([last.size, last.look])) {
+            return location.reload();
+        }
         if (link.seed !== last.seed) {
             const playing = player.state === "playing";
             player.pause();
@@ -87,16 +88,23 @@ async function open(player) {
             await goal.to(0);
             if (playing) await player.play();
         }
-        await follow(player, goal);
-        show(player);
+        await follow();
     });
     canvas.addEventListener("click", (event) => {
         const mouse = /** @type {PointerEvent} */ (event).pointerType === "mouse";
         if (mouse && begun) act.toggle(); // a finger only brings the controls back
     });
-    await follow(player, goal);
-    show(player);
-    player.addEventListener("state", () => show(player));
+    const { look: packed } = link;
+    if (packed) {
+        const guest = element("guest", HTMLElement);
+        guest.hidden = false;
+        beginning.then(() => {
+            guest.hidden = true;
+            return look.wear(unpack(packed), "link");
+        });
+    }
+    await follow();
+    player.addEventListener("state", show);
     front.ready(async () => {
         await act.toggle();
         element("stage", HTMLElement).focus({ preventScroll: true });
@@ -114,6 +122,7 @@ if (!window.WebAssembly || !Player.supported()) {
         .then(open)
         .catch((error) => {
             const ours = error instanceof Error && error.constructor === Error; // not in the browser's own words
+            if (!ours) console.error(error);
             front.fail(ours ? error.message : "A part of the show is missing or damaged.");
         });
 }

@@ -1,24 +1,15 @@
-import { element } from "./dom.js";
+import { element, make } from "./dom.js";
 
 /** @typedef {import("../Player/Player.js").Player} Player */
 /** @typedef {import("./goal.js").Goal} Goal */
 
-/** What the scenes are called in front of an audience. */
-const TITLES = new Map([
-    ["SceneSad", "Opening"],
-    ["SceneSadSpectrum", "Flight"],
-    ["SceneSadSpectrumGreet", "Greetings"],
-    ["SceneSpectrumPart", "Fountains"],
-    ["SceneSpectrumImpulsePart", "Waves"],
-    ["ScenePartWorld", "Descent"],
-]);
-
 /** @param {number} seconds */
-const minutes = (seconds) =>
+export const minutes = (seconds) =>
     `${Math.floor(seconds / 60)}:${String(Math.floor(seconds % 60)).padStart(2, "0")}`;
 
 /**
- * The six scenes along a line, to click, to drag along, or to step through by keys; the picture follows at once.
+ * The scenes along a line, round after round as long as the music goes, to click, to drag along, or to step through
+ * by keys; the picture follows at once.
  * @param {Player} player
  * @param {Goal} goal
  */
@@ -28,10 +19,14 @@ export function timeline(player, goal) {
     const scene = element("scene", HTMLElement);
     const there = element("there", HTMLElement);
     const frame = element("timeline", HTMLElement);
-    const { duration } = player;
-    /** @type {{name: string, start: number}[]} */
-    const own = player.scenes;
-    const scenes = own.map(({ name, start }) => ({ name: TITLES.get(name) ?? name, start }));
+    slider.step = String(player.frameMs / 1000);
+
+    let duration = 0;
+    /** @type {{name: string, start: number, mark: HTMLElement}[]} */
+    let scenes = [];
+    let held = false;
+    let resume = false;
+    let shown = "";
 
     /** @param {number} seconds */
     const sceneAt = (seconds) =>
@@ -40,23 +35,29 @@ export function timeline(player, goal) {
             0,
         );
 
-    slider.max = String(duration);
-    slider.step = String(player.frameMs / 1000);
-    const marks = scenes.map(({ name, start }, index) => {
-        const mark = document.createElement("li");
-        const end = scenes[index + 1]?.start ?? duration;
-        mark.style.setProperty("--from", String(start / duration));
-        mark.style.setProperty("--share", String((end - start) / duration));
-        mark.textContent = name;
-        return mark;
-    });
-    element("scenes", HTMLElement).replaceChildren(...marks);
-
-    let held = false;
-    let resume = false;
-    let shown = "";
+    const measure = () => {
+        const { rounds } = player;
+        duration = player.duration;
+        slider.max = String(duration);
+        scenes = rounds.flatMap((round, number) =>
+            player.scenes.map(({ name, start }, index) => {
+                const mark = make("li", {}, make("span", {}, name));
+                if (number && !index) mark.dataset.round = String(number + 1);
+                const words = number ? `${name}, round ${number + 1}` : name;
+                return { name: words, start: round.start + start, mark };
+            }),
+        );
+        scenes = scenes.filter(({ start }) => start < duration);
+        scenes.forEach(({ start, mark }, index) => {
+            const end = scenes[index + 1]?.start ?? duration;
+            mark.style.setProperty("--from", String(start / duration));
+            mark.style.setProperty("--share", String((end - start) / duration));
+        });
+        element("scenes", HTMLElement).replaceChildren(...scenes.map(({ mark }) => mark));
+    };
 
     const show = () => {
+        if (duration !== player.duration) measure();
         const seconds = held ? Number(slider.value) : goal.time;
         const text = `${minutes(seconds)} / ${minutes(duration)}`;
         const now = sceneAt(seconds);
@@ -67,7 +68,7 @@ export function timeline(player, goal) {
         clock.textContent = text;
         scene.textContent = scenes[now].name;
         slider.setAttribute("aria-valuetext", `${text}, ${scenes[now].name}`);
-        marks.forEach((mark, index) => mark.toggleAttribute("data-now", index === now));
+        scenes.forEach(({ mark }, index) => mark.toggleAttribute("data-now", index === now));
     };
 
     slider.addEventListener("pointerdown", () => {
@@ -79,14 +80,12 @@ export function timeline(player, goal) {
         goal.to(Number(slider.value));
         show();
     });
-    const release = async () => {
-        if (!held) return;
-        held = false;
-        if (resume) await player.play();
-    };
-    slider.addEventListener("pointerup", release);
-    slider.addEventListener("pointercancel", release);
-    slider.addEventListener("lostpointercapture", release);
+    for (const end of ["pointerup", "pointercancel", "lostpointercapture"]) {
+        slider.addEventListener(end, () => {
+            if (held && resume) player.play();
+            held = false;
+        });
+    }
 
     frame.addEventListener("pointermove", ({ clientX, pointerType }) => {
         const { left, width } = slider.getBoundingClientRect();
@@ -103,11 +102,14 @@ export function timeline(player, goal) {
     show();
 
     return {
-        /** Goes so many scenes on; back, first to the start of the one that is on. */
-        step(/** @type {number} */ scenesOn) {
+        /**
+         * Goes a scene on, or back: first to the start of the one that is on.
+         * @param {1 | -1} way
+         */
+        step(way) {
             const now = sceneAt(goal.time);
-            const far = goal.time > scenes[now].start + 1 ? 1 : 0;
-            const next = scenes[Math.max(now + scenesOn + (scenesOn < 0 ? far : 0), 0)];
+            const within = way < 0 && goal.time > scenes[now].start + 1;
+            const next = scenes[Math.max(within ? now : now + way, 0)];
             if (next) goal.to(next.start);
         },
     };
