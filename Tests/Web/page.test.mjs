@@ -104,7 +104,7 @@ const watched = () => {
     document.addEventListener("DOMContentLoaded", () => {
         const notice = document.getElementById("notice");
         const note = () => notice.textContent && window.said.push(notice.textContent);
-        new MutationObserver(note).observe(notice, { childList: true });
+        if (notice) new MutationObserver(note).observe(notice, { childList: true });
     });
 };
 visit(
@@ -494,6 +494,7 @@ visit("all of it is reached by keyboard alone, seen and named", {}, async (show)
         "button Mute",
         "slider Loudness",
         "button Play it with music of your own",
+        "button Listen: live sound moves the show",
         "button Look inside: the shader texts",
         "button Save this picture",
         "button Save a film",
@@ -582,13 +583,14 @@ visit(
 
 test("what keeps it from starting is one sentence, with a button where trying again may help", async () => {
     const { browser, url } = shared;
-    /** Answers in place of the server where a part of the page is asked for, or breaks the connection. */
+    /** Answers once in place of the server where a part of the page is asked for, or breaks the connection. */
     const hinder = (part, answer) => async (page) => {
+        let hindered = false;
         await page.setRequestInterception(true);
         page.on("request", (request) => {
-            if (!request.url().endsWith(part)) request.continue();
-            else if (answer) request.respond(answer);
-            else request.abort();
+            if (hindered || !request.url().endsWith(part)) return request.continue();
+            hindered = true;
+            return answer ? request.respond(answer) : request.abort();
         });
     };
     const lack = (what) => (page) => page.evaluateOnNewDocument(what);
@@ -622,7 +624,6 @@ test("what keeps it from starting is one sentence, with a button where trying ag
         );
         assert.deepEqual(shown, again ? ["still", "retry"] : ["still"], said);
         if (again) {
-            await page.setRequestInterception(false);
             await page.click("#retry");
             await page.waitForSelector("#start:enabled");
         }

@@ -104,7 +104,7 @@ export function controls(player, act) {
         showSound();
     };
     function showSound() {
-        const refused = player.state === "playing" && !player.sounding;
+        const refused = player.state === "playing" && !player.sounding && !player.live;
         draw(mute, refused || player.muted ? "silence" : "sound");
         mute.ariaPressed = String(player.muted);
         mute.toggleAttribute("data-refused", refused);

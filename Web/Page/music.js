@@ -32,9 +32,11 @@ export function ownMusic(beginning) {
             if (track.name.endsWith(".json")) return look.wear(track.text().then(JSON.parse), "file");
             say(`Reading ${track.name} …`);
             try {
-                await player.setTrack(await track.arrayBuffer());
-                if (track === newest)
-                    say(`The music is ${track.name} now, ${minutes(player.duration)} long.`);
+                const bytes = await track.arrayBuffer();
+                player.stopListening();
+                await player.setTrack(bytes);
+                const length = minutes(player.duration);
+                if (track === newest) say(`The music is ${track.name} now, ${length} long.`);
             } catch (error) {
                 say(error instanceof DOMException ? "This file cannot be read." : Object(error).message);
             }

@@ -8,6 +8,7 @@ import { Goal } from "./goal.js";
 import { watchIdle } from "./idle.js";
 import { keys } from "./keys.js";
 import { readLink, unpack } from "./link.js";
+import { listening } from "./listen.js";
 import { lookInside } from "./look.js";
 import { ownMusic } from "./music.js";
 import { timeline } from "./timeline.js";
@@ -73,6 +74,7 @@ async function open(player) {
     controls(player, act);
     keys(player, act, goal, timeline(player, goal));
     camera(player);
+    listening(player);
     stayAwake(player);
     watchIdle();
     addEventListener("hashchange", async () => {

@@ -57,6 +57,7 @@ export function timeline(player, goal) {
     };
 
     const show = () => {
+        if (player.live) return; // which has no end
         if (duration !== player.duration) measure();
         const seconds = held ? Number(slider.value) : goal.time;
         const text = `${minutes(seconds)} / ${minutes(duration)}`;
@@ -107,6 +108,7 @@ export function timeline(player, goal) {
          * @param {1 | -1} way
          */
         step(way) {
+            if (player.live) return;
             const now = sceneAt(goal.time);
             const within = way < 0 && goal.time > scenes[now].start + 1;
             const next = scenes[Math.max(within ? now : now + way, 0)];
