@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cmath>
 #include <cstddef>
 #include <cstdio>
@@ -95,10 +94,7 @@ struct Run {
     std::size_t end;
 };
 
-std::atomic<unsigned long long>& showMicroseconds() {
-    static std::atomic<unsigned long long> microseconds{0};
-    return microseconds;
-}
+unsigned long long showMicroseconds = 0;
 
 void require(FMOD_RESULT result) {
     if (result != FMOD_OK) {
@@ -107,7 +103,7 @@ void require(FMOD_RESULT result) {
 }
 
 Performance perform(const char* track) {
-    FMOD_Clock_Set([] { return showMicroseconds().load(); });
+    FMOD_Clock_Set([] { return showMicroseconds; });
     FMOD_SYSTEM* created = nullptr;
     require(FMOD_System_Create(&created));
     const std::unique_ptr<FMOD_SYSTEM, FMOD_RESULT (*)(FMOD_SYSTEM*)> system(created, FMOD_System_Release);
@@ -123,7 +119,7 @@ Performance perform(const char* track) {
     require(FMOD_System_PlaySound(system.get(), FMOD_CHANNEL_FREE, sound, 0, &channel));
     std::array<float, SPECTRUM_SIZE> spectrum{};
     while (performance.updates.size() < timeline::SHOW_FRAMES) {
-        showMicroseconds() += timeline::FRAME_MS * 1000ULL;
+        showMicroseconds += timeline::FRAME_MS * 1000ULL;
         require(FMOD_Channel_GetSpectrum(channel, spectrum.data(), SPECTRUM_SIZE, 0,
                                          FMOD_DSP_FFT_WINDOW_TRIANGLE));
         Bands bands{};

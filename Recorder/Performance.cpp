@@ -28,10 +28,8 @@ Performance::Performance(const Play& play, unsigned int round, std::FILE* stream
 
 int Performance::run() {
     FMOD_Clock_Set(soundClock);
-    FMOD_SONG song{};
     if (play.song != nullptr) {
-        song = {play.song->getSamples().data(), play.song->getCount(), song::Song::RATE, play.song->getGain(),
-                frame * timeline::FRAME_MS};
+        const FMOD_SONG song = play.song->playedFrom(frame * timeline::FRAME_MS);
         FMOD_Song_Set(&song);
     }
     const int status = host::playShow();

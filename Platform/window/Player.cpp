@@ -25,8 +25,7 @@ int Player::play() {
     if (!song) {
         return host::playShow();
     }
-    const FMOD_SONG music = {song->getSamples().data(), song->getCount(), song::Song::RATE, song->getGain(),
-                             0};
+    const FMOD_SONG music = song->playedFrom(0);
     FMOD_Song_Set(&music);
     int status = 0;
     do {
