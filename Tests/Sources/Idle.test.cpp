@@ -10,10 +10,8 @@
 #include "Objects/Scroller.h"
 #include "Objects/Star.h"
 #include "StandIns/Stage.h"
-#include "Utils/MathUtils.h"
 #include "Zentrik/Controllers/InputManager.h"
 #include "Zentrik/Controllers/SDL_Keyboard.h"
-#include "Zentrik/GLWindow.h"
 
 #include <memory>
 
@@ -42,17 +40,6 @@ TEST_F(Idle, looksAlongAroundAndDown) {
                     "3.5 2 3 at 3.5 1 3; -1.5 2 0.5 at -1.5 1 0.5; 1 2 5.5 at 1 1 5.5; ");
     along.display();
     EXPECT_EQ(out(), "Position: X: 1 Y: 2 Z: 10\nDirection: X: 0.5 Y: -1 Z: -2\nUp: X: 0 Y: 1 Z: 0.25\n");
-}
-
-TEST_F(Idle, calculates) {
-    const auto unit = [](auto vector) {
-        vector.normalise();
-        return text(vector);
-    };
-    EXPECT_EQ(text(Vector3f(1, 2.5f, -3).cross({4, -6, 8})), "2 -20 -16");
-    EXPECT_EQ(unit(Vector3f(2, 3, 6)) + unit(Vector3f()), "0.286 0.429 0.8570 0 0");
-    EXPECT_EQ(unit(Colour4(1, -1, 7, 7)) + unit(Colour4(0, 0, 0, 0)), "0.1 -0.1 0.7 0.70 0 0 0");
-    EXPECT_EQ(text(MathUtils::lerp(Colour4(1, 2, 3, 4), {5, 7, 11, 13}, 1.5f)), "7 9.5 15 17.5");
 }
 
 TEST_F(Idle, hasTexturesOfOneColourAndRenderBuffers) {
@@ -141,17 +128,5 @@ TEST_F(Idle, keysAreDirectionsAndButtons) {
         stage.keys[key] = 0;
     }
     EXPECT_EQ(pressed, "0 1 4 1 2 3 6 3 8 9 12 9 8 3 6 3 1 2 4 8 64 128 512 256 ");
-}
-
-TEST_F(Idle, hasWindowsWithoutOpenGl) {
-    Window window(4, 3, "a", 0);
-    window.clear();
-    window.refresh();
-    window.resize(8, 6);
-    EXPECT_EQ(text(window.getWidth(), window.getHeight()), "8 6");
-    EXPECT_EQ(story(), "SDL_SetVideoMode 4 3 32 16, SDL_WM_SetCaption a, SDL_FillRect 4 1 0, "
-                       "SDL_UpdateRect 4 0 0 0 0, SDL_SetVideoMode 8 6 32 16");
-    stage.failing = "SDL_SetVideoMode";
-    EXPECT_THROW(window.resize(1, 1), WindowCreationException);
 }
 } // namespace

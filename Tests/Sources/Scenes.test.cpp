@@ -239,9 +239,7 @@ TEST_F(Scenes, heedTheMusicEachInItsWay) {
         EXPECT_EQ(screening.hear(0, 512, 0.2499f).size(), numbers * bands);
         EXPECT_EQ(its.getPulseValue(), 0);
         screening.hear(0, 512);
-        const auto isLower = [](const Point& p, const Point& q) { return p.position.y < q.position.y; };
-        const Points& points = screening.grid.getPoints();
-        EXPECT_NEAR(std::max_element(points.begin(), points.end(), isLower)->position.y, height, 1e-4);
+        EXPECT_NEAR(highest(screening.grid.getPoints()), height, 1e-4);
         screening.hear(2, 3, 0.25f);
         EXPECT_EQ(its.getPulseValue(), decay > 0 ? 1 : 0);
         for (float pulse = 1; pulse > 0 && decay > 0;) {

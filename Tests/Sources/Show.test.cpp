@@ -110,8 +110,7 @@ TEST_F(Show, composesAFrameInFourPassesAndEndsOnEscape) {
         const Drawing& scene = stage.drawings.at(pass);
         EXPECT_EQ(text(scene.beat, scene.fade, scene.sizes[1], scene.points.size()), "0 0.54 4 39600");
         EXPECT_EQ(text(scene.lens[0], scene.lens[1], scene.lens[3]), "45 1 120");
-        const auto isLower = [](const Point& p, const Point& q) { return p.position.y < q.position.y; };
-        EXPECT_EQ(std::max_element(scene.points.begin(), scene.points.end(), isLower)->position.y, 3);
+        EXPECT_EQ(highest(scene.points), 3);
     }
 }
 

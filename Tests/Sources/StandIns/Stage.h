@@ -8,6 +8,7 @@
 #include <fmod.h>
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <functional>
@@ -100,6 +101,14 @@ private:
     std::streambuf* pOut;
     std::streambuf* pErr;
 };
+
+/// The height of the highest of them.
+inline float highest(const Points& points) {
+    float height = 0;
+    std::for_each(points.begin(), points.end(),
+                  [&](const Point& p) { height = std::max(height, p.position.y); });
+    return height;
+}
 
 /// What an action draws.
 template <typename Action>
