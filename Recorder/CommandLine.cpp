@@ -1,10 +1,14 @@
 #include "CommandLine.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
+#include <cstddef>
 #include <cstdlib>
 #include <getopt.h>
+#include <regex>
 #include <system_error>
+#include <utility>
 
 namespace recorder {
 
@@ -18,15 +22,15 @@ constexpr std::size_t HELP_COLUMN = 25;
 
 } // namespace
 
-std::string CommandLine::parse(const Arguments& arguments) const {
+std::string CommandLine::parse(const Arguments& arguments) {
     std::string answer;
-    std::vector<Option> rows = options;
-    rows.push_back({"help", 'h', "", "", [&](const auto&) { answer = help(); }});
-    rows.push_back({"version", 'V', "", "", [&](const auto&) { answer = "Quelar " QUELAR_VERSION "\n"; }});
+    add({"help", 'h', "", "show this text", [&](const auto&) { answer = help(); }});
+    add({"version", 'V', "", "show which version this is",
+         [&](const auto&) { answer = "Quelar " QUELAR_VERSION "\n"; }});
 
     std::string letters = "-:"; // names where they stand, and a sign of its own for a missing value
     std::vector<option> names;
-    for (const Option& row : rows) {
+    for (const Option& row : options) {
         const bool bare = row.values.empty();
         if (row.letter != 0) {
             letters += std::string(1, row.letter) + (bare ? "" : ":");
@@ -36,15 +40,15 @@ std::string CommandLine::parse(const Arguments& arguments) const {
     }
     names.push_back({});
     const auto rowOf = [&](int sign) -> const Option& {
-        return sign >= FIRST_ROW ? rows[static_cast<std::size_t>(sign - FIRST_ROW)]
-                                 : *std::find_if(rows.begin(), rows.end(), [=](const Option& row) {
+        return sign >= FIRST_ROW ? options[static_cast<std::size_t>(sign - FIRST_ROW)]
+                                 : *std::find_if(options.begin(), options.end(), [=](const Option& row) {
                                        return sign == NAME_ALONE ? row.alone : row.letter == sign;
                                    });
     };
 
-    Arguments words = {commandName()};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
+    Arguments words = arguments;
+    std::string program = commandName();
+    std::vector<char*> argv = {program.data()};
     for (std::string& word : words) {
         argv.push_back(word.data());
     }
@@ -56,23 +60,23 @@ std::string CommandLine::parse(const Arguments& arguments) const {
     int sign = 0;
     while ((sign = getopt_long(count, argv.data(), letters.c_str(), names.data(), nullptr)) != -1) {
         if (sign == '?') {
-            throw UsageError(optopt >= FIRST_ROW ? "--" + rowOf(optopt).name + " takes no value"
-                             : optopt != 0
-                                 ? std::string("unknown option '-") + static_cast<char>(optopt) + "'"
-                                 : "unknown option '" + words[static_cast<std::size_t>(optind) - 1] + "'");
+            const bool isLetter = optopt > 0 && optopt < FIRST_ROW;
+            throw UsageError("unknown option '" +
+                             (isLetter ? std::string("-") + static_cast<char>(optopt)
+                                       : argv[static_cast<std::size_t>(optind) - 1]) +
+                             "'");
         }
         const Option& row = rowOf(sign == ':' ? optopt : sign);
         Arguments values;
-        if (sign != ':' && optarg != nullptr) {
-            values.emplace_back(optarg);
-        }
-        const auto wanted = static_cast<std::size_t>(std::count(row.values.begin(), row.values.end(), ' ')) +
-                            (row.values.empty() ? 0 : 1);
-        while (values.size() < wanted && optind < count) {
-            values.emplace_back(next());
-        }
-        if (values.size() < wanted || std::count(values.begin(), values.end(), "") > 0) {
-            throw UsageError("--" + row.name + " needs " + row.values);
+        if (!row.values.empty()) {
+            const auto wanted = std::count(row.values.begin(), row.values.end(), ' ') + 1;
+            values.emplace_back(sign == ':' ? "" : optarg);
+            while (static_cast<std::ptrdiff_t>(values.size()) < wanted) {
+                values.emplace_back(optind < count ? next() : "");
+            }
+            if (std::count(values.begin(), values.end(), "") > 0) {
+                throw UsageError("--" + row.name + " needs " + row.values);
+            }
         }
         row.take(values);
     }
@@ -84,27 +88,17 @@ std::string CommandLine::parse(const Arguments& arguments) const {
 
 std::string CommandLine::help() const {
     std::string text = before;
-    const auto explain = [&](const Option& option, const std::string& meaning) {
-        std::string line = std::string("  ") + (option.alone ? option.values + ", " : "");
-        if (option.letter != 0) {
-            line += std::string("-") + option.letter + ", ";
-        }
-        line += "--" + option.name + (option.values.empty() ? "" : " ") + option.values;
-        line += line.size() + 2 > HELP_COLUMN ? "\n" + std::string(HELP_COLUMN, ' ')
-                                              : std::string(HELP_COLUMN - line.size(), ' ');
-        for (const char letter : meaning) {
-            line += letter;
-            line += letter == '\n' ? std::string(HELP_COLUMN, ' ') : "";
-        }
-        text += line + "\n";
-    };
     for (const Option& option : options) {
-        if (!option.meaning.empty()) {
-            explain(option, option.meaning);
+        if (option.meaning.empty()) {
+            continue;
         }
+        std::string line = "  " + (option.alone ? option.values + ", " : "");
+        line += (option.letter != 0 ? std::string("-") + option.letter + ", " : "") + "--" + option.name;
+        line += (option.values.empty() ? "" : " ") + option.values;
+        const std::string indent(HELP_COLUMN, ' ');
+        line += line.size() + 2 > HELP_COLUMN ? "\n" + indent : indent.substr(line.size());
+        text += line + std::regex_replace(option.meaning, std::regex("\n"), "\n" + indent) + "\n";
     }
-    explain({"help", 'h', "", "", {}}, "show this text");
-    explain({"version", 'V', "", "", {}}, "show which version this is");
     return text + after;
 }
 

@@ -19,7 +19,7 @@ using Arguments = std::vector<std::string>;
 
 /// What may be said on a program's command line: each thing stands here once, for the reader of the command
 /// line and for the user who wants help. Options and names come in any order; after "--" there are names
-/// only.
+/// only. --help and --version come by themselves.
 class CommandLine {
 public:
     struct Option {
@@ -31,14 +31,14 @@ public:
         bool alone = false;                         ///< whether a name without an option is for this one
     };
 
-    /// The help is the text before, the options, and the text after. --help and --version come by themselves.
+    /// The help is the text before, the options, and the text after.
     CommandLine(std::string before, std::string after) : before(std::move(before)), after(std::move(after)) {}
 
     void add(Option option) { options.push_back(std::move(option)); }
 
-    /// Reads the arguments that follow the program's name. Answers a text if the user wants no more than to
-    /// be told it. Throws UsageError.
-    std::string parse(const Arguments& arguments) const;
+    /// Reads the arguments that follow the program's name, once. Answers a text if the user wants no more
+    /// than to be told it. Throws UsageError.
+    std::string parse(const Arguments& arguments);
 
 private:
     std::string help() const;

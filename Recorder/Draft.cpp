@@ -97,17 +97,11 @@ std::uintmax_t Draft::getBytes() const { return fs::file_size(getPath()); }
 
 void Draft::publish() {
     fchmod(descriptor, mode);
-    // A name that is taken can't be linked to: the file gets another one first, which is then moved there.
+    // No link takes a name that is taken: the file gets another one, which is then moved there.
     for (int i = 0; hidden.empty(); ++i) {
-        const std::string link =
-            i == 0 ? target
-                   : fs::path(target)
-                         .replace_filename(".quelar-" + std::to_string(getpid()) + "-" + std::to_string(i))
-                         .string();
+        const std::string link = fs::path(target).parent_path() /
+                                 (".quelar-" + std::to_string(getpid()) + "-" + std::to_string(i));
         if (linkat(AT_FDCWD, getPath().c_str(), AT_FDCWD, link.c_str(), AT_SYMLINK_FOLLOW) == 0) {
-            if (i == 0) {
-                return;
-            }
             hidden = link;
         } else if (errno != EEXIST) {
             throw cannotWrite(name, std::generic_category().message(errno));

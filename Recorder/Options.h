@@ -17,10 +17,6 @@ struct StillRequest {
 /// What the user asked the recorder for. Plain values: times are milliseconds of the show (its first frame is
 /// shown at 0), or of the whole song.
 struct Options : ShowOptions {
-    Options() = default;
-    Options(const Options&) = delete;
-    Options& operator=(const Options&) = delete;
-
     /// Reads the arguments that follow the program's name. Throws UsageError; touches no file.
     void parse(const Arguments& arguments);
 

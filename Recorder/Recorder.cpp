@@ -11,9 +11,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <filesystem>
 #include <memory>
 #include <poll.h>
+#include <set>
 #include <stdexcept>
 #include <sys/wait.h>
 #include <system_error>
@@ -29,16 +29,12 @@ constexpr int SECOND = 1000;        // ms
 
 std::vector<Film> claimAll(const Options& options, const Track& track) {
     std::vector<Film> films;
+    std::set<std::string> targets;
     const auto claim = [&](Film film) {
-        if (const Draft* const draft = film.getDraft(); draft != nullptr) {
-            for (const Film& other : films) {
-                if (other.getDraft() != nullptr && other.getDraft()->getTarget() == draft->getTarget()) {
-                    throw UsageError("two things are to be " + film.getName());
-                }
-            }
-            std::error_code none;
-            if (std::filesystem::equivalent(draft->getTarget(), track.getSongFile(), none)) {
-                throw UsageError(film.getName() + " is the song");
+        if (film.getDraft() != nullptr) {
+            track.requireOther(*film.getDraft());
+            if (!targets.insert(film.getDraft()->getTarget()).second) {
+                throw UsageError("two things are to be " + film.getName());
             }
         }
         films.push_back(std::move(film));

@@ -64,6 +64,7 @@ Spread::Spread(const Options& options, const Track& track)
       range(options.rangeWithin(track.getFrames())),
       draft(options.video),
       ranges(split(range, PIECES_PER_JOB * machinesOf(options).size())) {
+    track.requireOther(draft);
     // Each piece takes a few files.
     rlimit files{};
     getrlimit(RLIMIT_NOFILE, &files);

@@ -1,6 +1,5 @@
 #include "Track.h"
 
-#include "Draft.h"
 #include "Timeline.h"
 #include "report.h"
 
@@ -66,6 +65,12 @@ Track::Track(const Options& options) : frames(timeline::SHOW_FRAMES) {
 }
 
 Track::~Track() { close(spooled); }
+
+void Track::requireOther(const Draft& draft) const {
+    if (std::error_code none; fs::equivalent(draft.getTarget(), songFile, none)) {
+        throw UsageError(draft.getName() + " is the song");
+    }
+}
 
 Arguments Track::soundOf(const FrameRange& range) const {
     if (soundFile.empty()) {

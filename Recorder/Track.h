@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CommandLine.h"
+#include "Draft.h"
 #include "FrameRange.h"
 #include "Options.h"
 #include "Song.h"
@@ -24,6 +25,9 @@ public:
 
     /// The file of the song, absolute; empty: the user named none.
     const std::string& getSongFile() const { return songFile; }
+
+    /// Throws UsageError if the song itself would be written over.
+    void requireOther(const Draft& draft) const;
 
     /// How many frames there are to record.
     unsigned int getFrames() const { return frames; }

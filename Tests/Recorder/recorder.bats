@@ -78,7 +78,7 @@ song() { ffmpeg -v error -f lavfi -i "sine=60:duration=$2${3:+,$3}" -- "$1"; }
     done <<'END'
 unknown option '--quick'|--quick
 unknown option '-x'|a.mp4 -x
---smooth takes no value|--smooth=3
+unknown option '--smooth=3'|--smooth=3
 'wide' is not WIDTHxHEIGHT|--size wide
 '64x48x' is not|--size 64x48x
 the size 15x48 is outside 16x16 to 3840x2160|--size 15x48
