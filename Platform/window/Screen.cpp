@@ -28,6 +28,12 @@ std::runtime_error failure() {
 } // namespace
 
 Screen::Screen() {
+#ifdef GLFW_PLATFORM // since its version 3.4
+    // It would ask for Wayland first, and that says on standard error that it is not here.
+    if (std::getenv("WAYLAND_DISPLAY") == nullptr) {
+        glfwInitHint(GLFW_PLATFORM, GLFW_PLATFORM_X11);
+    }
+#endif
     if (glfwInit() == GLFW_FALSE) {
         throw NoScreen(whyNone());
     }
@@ -59,6 +65,7 @@ void Screen::open() {
     if (window == nullptr) {
         throw failure();
     }
+    glfwFocusWindow(window); // where no window manager gives the keyboard to it
     glfwSetWindowUserPointer(window, this);
     glfwSetInputMode(window, GLFW_CURSOR, GLFW_CURSOR_HIDDEN);
     glfwSetKeyCallback(window, [](GLFWwindow* pressed, int key, int /*scancode*/, int action, int /*mods*/) {
