@@ -42,17 +42,12 @@ show_process() { pgrep -P "$pid"; }
 running() { kill -0 "$pid" 2>/dev/null; }
 
 # Waits until the given command succeeds or the show is over.
-await() {
-    until "$@" || ! running; do sleep 0.05; done
-}
+await() { until "$@" || ! running; do sleep 0.05; done; }
 
 started() { grep -qx 'Start !' "$out"; }
 
 # Starts the show and returns once it runs or is over.
-start() {
-    launch "$@"
-    await started
-}
+start() { launch "$@" && await started; }
 
 # The status with which the show ends, in status.
 await_end() {
@@ -61,11 +56,7 @@ await_end() {
 }
 
 # Holds Escape until the show is over.
-escape() {
-    xdotool keydown Escape
-    await_end
-    xdotool keyup Escape
-}
+escape() { xdotool keydown Escape && await_end && xdotool keyup Escape; }
 
 # A show, ended by Escape if it runs at all.
 play_show() {
@@ -84,22 +75,10 @@ stop_show() {
 is() { diff - "$1" >&2; }
 
 # What the show prints: up to its end, or with the picture running.
-START_LINES='Zentrik initiliased
-Music created
-Scene creation
-Geometry generation'
-RUN_LINES="$START_LINES
-Texture preparation (R2T)
-GL Texture ID created: 1
-GL Texture ID created: 2
-Frame buffer preparation (R2T)
-New FrameBuffer id: 1
-FrameBuffer created
-Start !
-End !
-FrameBuffer '1' deleted
-Music deleted
-Zentrik closed"
+START_LINES='Zentrik initiliased\nMusic created\nScene creation\nGeometry generation\n'
+RUN_LINES="${START_LINES}Texture preparation (R2T)\nGL Texture ID created: 1\nGL Texture ID created: 2
+Frame buffer preparation (R2T)\nNew FrameBuffer id: 1\nFrameBuffer created\nStart !\nEnd !
+FrameBuffer '1' deleted\nMusic deleted\nZentrik closed\n"
 
 # What the player tells of the size that it has chosen.
 CHOSEN='software draws here: the picture is 640x480 (--size asks for another)'
@@ -112,7 +91,7 @@ refused() {
 }
 
 # The show ran, was left or came to its end, and had nothing but that to say on standard error.
-ran() { refused 0 "$RUN_LINES\n" "${1:-}"; }
+ran() { refused 0 "$RUN_LINES" "${1:-}"; }
 
 # The show is seen at last, as WIDTHxHEIGHT+X+Y: all that is lit on the screen.
 seen() {
