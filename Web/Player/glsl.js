@@ -177,6 +177,7 @@ export function faultsOf(log) {
                 .replace(/show_Colour/g, "gl_Color")
                 .replace(/show_TexCoord(\d)/g, "gl_TexCoord[$1]")
                 .replace(/show_main/g, "main")
+                .replace(/'texture(Lod|Proj)?'/g, "'texture2D$1'")
                 .replace(/show_/g, "gl_");
             faults.push({ line: Number(found[1]), message });
         }
