@@ -1,6 +1,6 @@
-// Bundles the page into build/web, or into the folder that is named: page.js, and editor.js and film.js for whoever
-// opens them.
-// What the show itself knows, its title's letters for one, is written into index.html.
+// Bundles the page into build/web, or into the folder that is named, for the address named behind it: page.js, and
+// editor.js and film.js for whoever opens them. What the show itself knows, its title's letters for one, is written
+// into index.html.
 import { build } from "esbuild";
 import { copyFile, mkdir, readdir, readFile, stat, writeFile } from "node:fs/promises";
 import { fileURLToPath } from "node:url";
@@ -55,6 +55,7 @@ async function weigh() {
 
 /** @type {Record<string, string | number>} */
 const known = {
+    address: process.argv[3]?.replace(/\/?$/, "/") ?? "", // which link previews need in full
     bytes: await weigh(),
     title: await write("quelar"),
 };
@@ -63,6 +64,7 @@ await writeFile(
     `${outdir}/index.html`,
     index.replace(/\{\{(\w+)\}\}/g, (_, name) => String(known[name])),
 );
+await copyFile(here("Page/manifest.webmanifest"), `${outdir}/manifest.webmanifest`);
 await copyFile(here("../Packaging/quelar.svg"), `${outdir}/icon.svg`);
 
 // The licences of what is bundled, as each of them asks for.

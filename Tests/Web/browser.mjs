@@ -26,7 +26,12 @@ export const BUILT = process.env.QUELAR_WEB ?? ours("build/web");
 
 const PATIENCE_MS = Number(process.env.QUELAR_PATIENCE_MS ?? 60000); // a busy machine is no fault of the page
 
-const TYPES = { ".css": "text/css", ".html": "text/html", ".js": "text/javascript" };
+const TYPES = {
+    ".css": "text/css",
+    ".html": "text/html",
+    ".js": "text/javascript",
+    ".svg": "image/svg+xml",
+};
 
 /** A server for the page, like any other, and a folder for what is downloaded from it. */
 async function serve() {
@@ -98,10 +103,11 @@ export async function openFirefox() {
 /**
  * What the tests of a file share, from the first to the last.
  * @param {(shared: {browser: object, url: string, folder: string}) => Promise<void>} prepare what the tests need
+ * @param {string[]} [more] arguments of the browser's
  */
-export function shareBrowser(prepare) {
+export function shareBrowser(prepare, more) {
     const shared = {};
-    before(async () => prepare(Object.assign(shared, await openBrowser())));
+    before(async () => prepare(Object.assign(shared, await openBrowser(more))));
     after(() => shared.close?.());
     return shared;
 }

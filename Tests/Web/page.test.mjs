@@ -15,15 +15,18 @@ const FRAME = 0.015; // seconds
 const SCENES = "Opening Flight Greetings Fountains Waves Descent";
 
 const file = (name) => join(shared.folder, name);
-const shared = shareBrowser(async ({ browser, url }) => {
-    const rights = ["clipboard-read", "clipboard-sanitized-write"];
-    await browser.defaultBrowserContext().overridePermissions(new URL(url).origin, rights);
-    await writeTone(file("low.wav"), 1000);
-    await writeTone(file("high.wav"), 3000);
-    const thrice = ["-stream_loop", "2", "-i", file("low.wav"), "-t", "130"];
-    await run("ffmpeg", ["-v", "error", ...thrice, file("long.mp3")]);
-    await writeFile(file("broken.mp3"), "no music at all ".repeat(500));
-});
+const shared = shareBrowser(
+    async ({ browser, url }) => {
+        const rights = ["clipboard-read", "clipboard-sanitized-write"];
+        await browser.defaultBrowserContext().overridePermissions(new URL(url).origin, rights);
+        await writeTone(file("low.wav"), 1000);
+        await writeTone(file("high.wav"), 3000);
+        const thrice = ["-stream_loop", "2", "-i", file("low.wav"), "-t", "130"];
+        await run("ffmpeg", ["-v", "error", ...thrice, file("long.mp3")]);
+        await writeFile(file("broken.mp3"), "no music at all ".repeat(500));
+    },
+    ["--use-fake-device-for-media-stream"],
+);
 
 /** Walks through a page of its own, which must stay free of complaints. */
 async function walk(wishes, steps) {
@@ -649,4 +652,55 @@ visit(silent, { prepare: noSoundAndLate }, async (show) => {
     await show.start();
     await show.goesOn(0.1);
     assert.match(await show.tells("#mute"), /^No sound here/);
+});
+
+test("in another page it listens to live sound, or says why not, and heeds media keys", async () => {
+    const { browser, url } = shared;
+    const host = url.replace("127.0.0.1", "localhost");
+    const rights = (...granted) =>
+        browser.defaultBrowserContext().overridePermissions(new URL(host).origin, granted);
+    const page = await browser.newPage();
+    await page.evaluateOnNewDocument(() => {
+        window.mediaKeys = {};
+        navigator.mediaSession.setActionHandler = (key, act) => (window.mediaKeys[key] = act);
+    });
+    await page.goto(`${host}style.css`);
+    const [snippet] = (await readFile(ours("README.md"), "utf8")).match(/<iframe.*?<\/iframe>/s);
+    await page.setContent(snippet.replace(/src="[^"]*"/, `src="${url}#size=160x120"`));
+    const frame = await (await page.$("iframe")).contentFrame();
+    const says = (words) =>
+        frame.waitForFunction(
+            (wanted) => document.getElementById("notice").textContent.includes(wanted),
+            {},
+            words,
+        );
+    const state = (wanted) => frame.waitForFunction((to) => window.quelar.state === to, {}, wanted);
+    await (await frame.waitForSelector("#start:enabled")).click();
+    await state("playing");
+    for (const [granted, words] of [
+        [[], "refused: the show goes on with its own track"],
+        [["microphone"], "Nothing is recorded, and nothing leaves this machine"],
+    ]) {
+        await rights(...granted);
+        await (await frame.waitForSelector("#listen")).click();
+        await (await frame.waitForSelector("dialog[open] ::-p-text(Microphone)")).click();
+        await says(words);
+        await state("playing");
+        assert.equal(await frame.evaluate(() => window.quelar.live), granted.length > 0);
+    }
+    assert.equal(await frame.$eval("#timeline", (line) => line.checkVisibility()), false);
+    await frame.waitForFunction(() => document.fullscreenElement);
+    await frame.evaluate(() => document.exitFullscreen());
+    await frame.focus("#listen");
+    await page.keyboard.press("Enter");
+    await says("stopped listening");
+    await state("paused");
+
+    const key = (name) => frame.evaluate((pressed) => window.mediaKeys[pressed]({}), name);
+    await key("play");
+    await state("playing");
+    await key("pause");
+    await key("nexttrack");
+    await frame.waitForFunction(() => Math.abs(window.quelar.time - window.quelar.scenes[1].start) < 0.016);
+    await page.close();
 });

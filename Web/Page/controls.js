@@ -25,7 +25,7 @@ export function actions(player, look) {
             else await document.documentElement.requestFullscreen?.({ navigationUI: "hide" });
         },
         async leave() {
-            if (look.close() && document.fullscreenElement) await document.exitFullscreen();
+            if (!look.close() && document.fullscreenElement) await document.exitFullscreen();
         },
         async save() {
             try {

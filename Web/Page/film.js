@@ -51,7 +51,6 @@ export class FilmPanel {
             if (event.key === "Escape") close();
             event.stopPropagation(); // digits and letters are for the fields
         });
-        this.reset();
     }
 
     /** The whole show, or song. */
@@ -67,6 +66,7 @@ export class FilmPanel {
     }
 
     focus() {
+        this.reset();
         this.#size.focus();
     }
 

@@ -1,4 +1,5 @@
 import { describe, element } from "./dom.js";
+import { drawer } from "./drawer.js";
 import { draw } from "./icons.js";
 import { say } from "./notice.js";
 import { followFiles } from "./reload.js";
@@ -6,41 +7,23 @@ import { followFiles } from "./reload.js";
 /** @typedef {import("../Player/Player.js").Player} Player */
 
 /**
- * The look of the show, which is its shader texts, and the button that opens them; their editor is fetched when
- * they are opened first.
+ * The look of the show, which is its shader texts, and the button that opens them.
  * @param {Player} player
  */
 export function lookInside(player) {
     const button = element("look", HTMLButtonElement);
     const panel = element("editor", HTMLElement);
     const files = new Map(player.shaders.map((name) => [name, player.shaderText(name)]));
-    /** @type {Promise<import("./editor.js").Editor> | undefined} */
-    let loading;
     draw(button, "code");
     describe(button, "Look inside: the shader texts");
-
-    const close = () => {
-        panel.hidden = true;
-        button.ariaExpanded = "false";
-        button.focus();
-    };
-    button.addEventListener("click", async () => {
-        if (!panel.hidden) return close();
-        panel.hidden = false;
-        button.ariaExpanded = "true";
-        loading ??= import("./editor.js").then(({ Editor }) => new Editor(panel, player, files, close));
-        try {
-            (await loading).focus();
-        } catch {
-            loading = undefined;
-            close();
-            say("The editor cannot be loaded.", { label: "Try again", act: () => button.click() });
-        }
+    const texts = drawer(button, panel, async (/** @type {() => void} */ close) => {
+        const { Editor } = await import("./editor.js");
+        return new Editor(panel, player, files, close);
     });
 
     /** What the compiler has to say of another text in place of one. @param {string} name @param {string} text */
     const wear = async (name, text) => {
-        const editor = await loading;
+        const editor = await texts.inside;
         return (editor ? editor.replace(name, text) : player.setShader(name, text)) ?? [];
     };
     followFiles(player.shaders, async (name, text) => {
@@ -50,15 +33,11 @@ export function lookInside(player) {
     });
 
     return {
-        /** Closes the texts, if they are open. */
-        close() {
-            if (!panel.hidden) close();
-            return panel.hidden;
-        },
+        close: texts.close,
         /** The texts that are not those of the files. */
         get changed() {
-            const texts = player.shaders.map((name) => [name, player.shaderText(name)]);
-            return Object.fromEntries(texts.filter(([name, text]) => text !== files.get(name)));
+            const now = player.shaders.map((name) => [name, player.shaderText(name)]);
+            return Object.fromEntries(now.filter(([name, text]) => text !== files.get(name)));
         },
         /**
          * Puts other texts on, in whichever order they fit each other, and tells how that went.
@@ -66,14 +45,14 @@ export function lookInside(player) {
          * @param {string} from
          */
         async wear(given, from) {
-            const texts = Object(await given.catch(() => undefined));
-            const names = player.shaders.filter((name) => typeof texts[name] === "string");
+            const brought = Object(await given.catch(() => undefined));
+            const names = player.shaders.filter((name) => typeof brought[name] === "string");
             if (!names.length) return say(`There is no look in the ${from} that the show could put on.`);
             let left = names;
             for (let before = Infinity; left.length && left.length < before;) {
                 before = left.length;
                 const faulty = [];
-                for (const name of left) if ((await wear(name, texts[name])).length) faulty.push(name);
+                for (const name of left) if ((await wear(name, brought[name])).length) faulty.push(name);
                 left = faulty;
             }
             for (const name of left) await wear(name, player.shaderText(name));

@@ -1,6 +1,7 @@
 import { describe, element } from "./dom.js";
 import { draw } from "./icons.js";
 import { say } from "./notice.js";
+import { entitle } from "./session.js";
 import { minutes } from "./timeline.js";
 
 /** @typedef {import("../Player/Player.js").Player} Player */
@@ -35,6 +36,7 @@ export function ownMusic(beginning) {
                 const bytes = await track.arrayBuffer();
                 player.stopListening();
                 await player.setTrack(bytes);
+                entitle(track.name);
                 const length = minutes(player.duration);
                 if (track === newest) say(`The music is ${track.name} now, ${length} long.`);
             } catch (error) {

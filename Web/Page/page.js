@@ -11,6 +11,7 @@ import { readLink, unpack } from "./link.js";
 import { listening } from "./listen.js";
 import { lookInside } from "./look.js";
 import { ownMusic } from "./music.js";
+import { mediaSession } from "./session.js";
 import { timeline } from "./timeline.js";
 
 const canvas = element("canvas", HTMLCanvasElement);
@@ -72,7 +73,9 @@ async function open(player) {
     Object.assign(window, { quelar: player }); // for the curious, and for tests
     player.addEventListener("frame", () => (dataset.drawn = ""), { once: true });
     controls(player, act);
-    keys(player, act, goal, timeline(player, goal));
+    const line = timeline(player, goal);
+    keys(player, act, goal, line);
+    mediaSession(player, act, goal, line);
     camera(player);
     listening(player);
     stayAwake(player);
