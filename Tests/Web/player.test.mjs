@@ -1,7 +1,7 @@
 // What plays the show in a page, tried where a page can go wrong: at its ends, at its edges, and with what visitors
 // bring. That its pictures are those of the show, sameness.test.mjs knows.
 import assert from "node:assert/strict";
-import { writeFile } from "node:fs/promises";
+import { readdir, readFile, writeFile } from "node:fs/promises";
 import { join } from "node:path";
 import { test } from "node:test";
 
@@ -263,5 +263,106 @@ visit(
         await unplugged;
         await shows("playing");
         await until(() => !window.quelar.live && window.quelar.sounding && window.quelar.time > 0.1);
+    },
+);
+
+const noPicker = () => void delete window.showSaveFilePicker;
+visit(
+    "a film has every frame of the show as it stands, its sound in time; cancelled, nothing of it",
+    { prepare: noPicker },
+    async (show) => {
+        const { page, read, until } = show;
+        const [from, count, pip] = [60.99, 24, 61.1];
+        const edit = ["gl_Color;", "gl_Color.brga;"];
+        const wave = `aevalsrc=gt(t\\,${pip})*sin(6000*t)/2:s=44100:d=70`;
+        await run("ffmpeg", ["-v", "error", "-f", "lavfi", "-i", wave, file("pip.wav")]);
+        await run("cp", ["-r", ours("data"), file("data")]);
+        const text = await readFile(file("data/shaders/pulse.ps"), "utf8");
+        await writeFile(file("data/shaders/pulse.ps"), text.replace(...edit));
+        const [wishes, ends] = [
+            ["--data", file("data"), "--track", file("pip.wav")],
+            [from, from + count * FRAME],
+        ];
+        const range = ["--from", `${ends[0]}`, "--to", `${ends[1]}`];
+        const drawn = run("sh", [
+            "-c",
+            '"$@" - >"$0"',
+            file("drawn"),
+            ours("build/bin/quelar-record"),
+            ...wishes,
+            ...range,
+        ]);
+
+        await start(show);
+        await play(show, "pip.wav");
+        await read(
+            (...words) => {
+                const { quelar } = window;
+                quelar.setShader("pulse.ps", quelar.shaderText("pulse.ps").replace(...words));
+            },
+            ...edit,
+        );
+        await page.click("#film");
+        await page.waitForSelector("#filming input");
+        await page.$$eval(
+            "#filming input",
+            (fields, values) => fields.forEach((field, i) => (field.value = values[i])),
+            ends,
+        );
+        const press = (name) => page.click(`#filming ::-p-text(${name})`);
+        const says = (words) =>
+            until(
+                (wanted) => document.querySelector("#filming [role=status]").textContent.includes(wanted),
+                words,
+            );
+        await press("Film it");
+        await says("Frame ");
+        await press("Cancel");
+        await says("cancelled");
+        await press("Film it");
+        await says("is there");
+        const films = (await readdir(shared.folder)).filter((name) => name.startsWith("quelar"));
+        assert.equal(films.length, 1);
+        const film = file(films[0]);
+
+        await drawn;
+        const compare =
+            "[1]scale=out_color_matrix=bt709:out_range=tv,format=yuv420p[b];[0]format=yuv420p[a];[a][b]psnr=f=-";
+        const raw = [
+            "-f",
+            "rawvideo",
+            "-pix_fmt",
+            "rgb24",
+            "-s",
+            "640x480",
+            "-r",
+            "200/3",
+            "-i",
+            file("drawn"),
+        ];
+        const measured = await run("ffmpeg", [
+            "-v",
+            "error",
+            "-i",
+            film,
+            ...raw,
+            "-lavfi",
+            compare,
+            "-f",
+            "null",
+            "-",
+        ]);
+        const likeness = [...measured.stdout.matchAll(/psnr_avg:(\S+)/g)].map(([, decibels]) =>
+            Number(decibels),
+        );
+        assert.equal(likeness.length, count);
+        assert.ok(Math.min(...likeness) > 35, `${likeness}`);
+        const bare = ["-ac", "1", "-ar", "48000", "-f", "f32le", file("heard")];
+        await run("ffmpeg", ["-v", "error", "-i", film, ...bare]);
+        const heard = await readFile(file("heard"));
+        const samples = new Float32Array(heard.buffer, heard.byteOffset, heard.length / 4);
+        const first = samples.findIndex((sample) => Math.abs(sample) > 0.1) / 48000;
+        assert.ok(Math.abs(from + first - pip) < 0.005, `${first}`);
+        assert.ok(Math.abs(samples.length / 48000 - count * FRAME) < 0.02);
     },
 );

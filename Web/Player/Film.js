@@ -24,7 +24,7 @@ const SOUND_BITRATE = 192000;
 
 /** Bits a second of the smallest picture; the larger ones need less than they are larger. */
 const bitrateOf = (/** @type {Size} */ { width, height }) =>
-    Math.round(5e6 * ((width * height) / 307200) ** 0.75);
+    Math.round(6e6 * ((width * height) / 307200) ** 0.75);
 
 /**
  * What this browser can make of a picture of that size: MP4 where it can, else WebM.
