@@ -11,6 +11,7 @@ build_folder=$root/build
 # sound server leaves at home, where none has been yet. (One thing is out of reach: where a second sound server's
 # library is installed, it lays a list of its clients in shared memory, /dev/shm, until the machine restarts.)
 export XDG_CACHE_HOME=$build_folder/cache
+export npm_config_cache=$XDG_CACHE_HOME/npm
 if [[ ! -e ${XDG_CONFIG_HOME:-${HOME:-/nonexistent}/.config}/pulse ]]; then
     export PULSE_COOKIE=${PULSE_COOKIE:-$XDG_CACHE_HOME/pulse-cookie}
     [[ -n ${XDG_RUNTIME_DIR:-} ]] || export PULSE_RUNTIME_PATH=${PULSE_RUNTIME_PATH:-$XDG_CACHE_HOME/pulse}
