@@ -34,27 +34,21 @@ EGLDisplay openDisplay() {
 
 Canvas::Canvas(const FrameSize& size, const FrameSize& frameSize)
     : size(size), frameSize(frameSize), display(openDisplay()) {
-    constexpr std::array<EGLint, 15> PIXELS = {EGL_SURFACE_TYPE,
-                                               EGL_PBUFFER_BIT,
-                                               EGL_RENDERABLE_TYPE,
-                                               EGL_OPENGL_BIT,
-                                               EGL_RED_SIZE,
-                                               8,
-                                               EGL_GREEN_SIZE,
-                                               8,
-                                               EGL_BLUE_SIZE,
-                                               8,
-                                               EGL_ALPHA_SIZE,
-                                               8,
-                                               EGL_DEPTH_SIZE,
-                                               24,
-                                               EGL_NONE};
+    using Wish = std::array<EGLint, 2>;
+    constexpr std::array<Wish, 8> PIXELS = {Wish{EGL_SURFACE_TYPE, EGL_PBUFFER_BIT},
+                                            Wish{EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT},
+                                            Wish{EGL_RED_SIZE, 8},
+                                            Wish{EGL_GREEN_SIZE, 8},
+                                            Wish{EGL_BLUE_SIZE, 8},
+                                            Wish{EGL_ALPHA_SIZE, 8},
+                                            Wish{EGL_DEPTH_SIZE, 24},
+                                            Wish{EGL_NONE, EGL_NONE}};
     const std::array<EGLint, 5> extent = {EGL_WIDTH, static_cast<EGLint>(size.width), EGL_HEIGHT,
                                           static_cast<EGLint>(size.height), EGL_NONE};
     EGLConfig config = nullptr;
     EGLint found = 0;
     if (eglBindAPI(EGL_OPENGL_API) == EGL_TRUE &&
-        eglChooseConfig(display, PIXELS.data(), &config, 1, &found) == EGL_TRUE && found == 1) {
+        eglChooseConfig(display, PIXELS.front().data(), &config, 1, &found) == EGL_TRUE && found == 1) {
         surface = eglCreatePbufferSurface(display, config, extent.data());
         context = eglCreateContext(display, config, EGL_NO_CONTEXT, nullptr);
     }

@@ -31,7 +31,7 @@ std::vector<unsigned int> all(const FrameRange& range) {
 } // namespace
 
 Film Film::video(const Options& options, const Track& track, const FrameRange& range) {
-    Film film(options, options.video);
+    Film film(options, std::make_unique<Draft>(options.video), options.video);
     film.frames = all(range);
     film.least = std::min(range.count(), timeline::firstFrameFrom(LEAST_MS));
     const Arguments file = format::mp4(options);
@@ -39,21 +39,19 @@ Film Film::video(const Options& options, const Track& track, const FrameRange& r
     film.shortened = [&track, first = range.first, file](unsigned int taken) {
         return joined({track.soundOf({first, first + taken - 1}), {"-c:v", "copy"}, file});
     };
-    film.draft = std::make_unique<Draft>(film.name);
     return film;
 }
 
 Film Film::still(const Options& options, const StillRequest& request) {
-    Film film(options, request.file);
+    Film film(options, std::make_unique<Draft>(request.file), request.file);
     film.frames = {timeline::frameAt(request.time)};
     film.arguments = {"-vf", "vflip", "-pix_fmt", "rgb24", "-c:v", "png", "-f", "image2pipe"};
     film.what = "frame " + std::to_string(film.frames[0]) + " of " + film.size.text();
-    film.draft = std::make_unique<Draft>(film.name);
     return film;
 }
 
 Film Film::contactSheet(const Options& options) {
-    Film film(options, options.contactSheet);
+    Film film(options, std::make_unique<Draft>(options.contactSheet), options.contactSheet);
     for (std::size_t scene = 0; scene < timeline::SCENES.size(); ++scene) {
         const unsigned int start = timeline::shotStart(scene);
         for (const unsigned int percent : PERCENT) {
@@ -61,7 +59,6 @@ Film Film::contactSheet(const Options& options) {
         }
     }
     film.least = film.frames.size();
-    film.draft = std::make_unique<Draft>(film.name);
     const std::string sheet =
         "vflip,scale='min(320,iw)':-1:flags=area,tile=" + std::to_string(PERCENT.size()) + "x" +
         std::to_string(timeline::SCENES.size()) + ":margin=4:padding=4:color=0x202020";
@@ -76,7 +73,7 @@ Film Film::contactSheet(const Options& options) {
 }
 
 Film Film::stream(const Options& options, const FrameRange& range) {
-    Film film(options, "standard output");
+    Film film(options, nullptr, "standard output");
     film.frames = all(range);
     film.descriptor = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     if (film.descriptor < 0) {

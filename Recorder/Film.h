@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace recorder {
@@ -56,7 +57,8 @@ public:
     const std::string& end();
 
 private:
-    Film(const Options& options, const std::string& file) : name(file), size(*options.size) {}
+    Film(const Options& options, std::unique_ptr<Draft> draft, std::string name)
+        : name(std::move(name)), size(*options.size), draft(std::move(draft)) {}
     void complete();
     Encoder::Output output() const;
 

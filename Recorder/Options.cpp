@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <filesystem>
+#include <regex>
 #include <system_error>
 
 namespace recorder {
@@ -16,6 +17,7 @@ namespace {
 
 constexpr unsigned int MOST_JOBS = 256;
 
+// "@" stands for the name of the program.
 constexpr const char* NOTES = R"(
 With --still or --contact-sheet there is no video unless its FILE is named too. A file appears under its
 name once it is whole, and replaces what was there. A video needs even sides: an odd side grows by one
@@ -28,23 +30,14 @@ Exit status: 0 done, 1 recording failed, 2 wrong option, 130 stopped by Ctrl-C (
 terminate); 252, 253 and 254 are the show's own failures, handed on.
 
 Examples:
+  @                                     the whole show, as quelar.mp4
+  @ --size 1920x1080 --seed 7 big.mp4
+  @ --track song.flac --whole song.mp4  moved by another song, to its end
+  @ --from 53.1 --to 63.17 part.mp4     one scene
+  @ --still 40 forty.png --contact-sheet sheet.jpg
+  @ --size 3840x2160 --smooth --jobs 8 --sshlogin :,attic,cellar huge.mp4
+  @ --size 320x240 - | ffplay -f rawvideo -pixel_format rgb24 -video_size 320x240 -framerate 200/3 -
 )";
-
-std::string notes() {
-    const std::string name = commandName();
-    std::string text = NOTES;
-    for (const char* const example :
-         {"                                    the whole show, as quelar.mp4",
-          " --size 1920x1080 --seed 7 big.mp4",
-          " --track song.flac --whole song.mp4  moved by another song, to its end",
-          " --from 53.1 --to 63.17 part.mp4     one scene", " --still 40 forty.png --contact-sheet sheet.jpg",
-          " --size 3840x2160 --smooth --jobs 8 --sshlogin :,attic,cellar huge.mp4",
-          " --size 320x240 - |\n      ffplay -f rawvideo -pixel_format rgb24 -video_size 320x240 -framerate "
-          "200/3 -"}) {
-        text += "  " + name + example + "\n";
-    }
-    return text;
-}
 
 /// In milliseconds.
 unsigned int parseTime(const std::string& option, const std::string& text) {
@@ -76,7 +69,7 @@ void Options::parse(const Arguments& arguments) {
 Records the show as a video, without a screen, a graphics card or a sound card.
 
 )",
-                     notes());
+                     std::regex_replace(NOTES, std::regex("@"), commandName()));
     const auto flag = [&](const char* name, bool& value, const char* meaning) {
         line.add({name, 0, "", meaning, [&value](const auto&) { value = true; }});
     };

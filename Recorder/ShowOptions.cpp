@@ -75,7 +75,8 @@ void ShowOptions::readSettings(const FrameSize& screen) {
         settings[name] = value;
     }
     const auto number = [&](const std::string& name, unsigned int usual, unsigned int most) {
-        return settings.count(name) == 0 ? usual : wholeNumber(file + ", " + name, settings[name], 0, most);
+        return settings.count(name) == 0 ? usual
+                                         : wholeNumber("the setting " + name, settings[name], 0, most);
     };
     if (!size) {
         const unsigned int width = number("hres", USUAL_SIZE.width, LARGEST.width);

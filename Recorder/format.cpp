@@ -26,19 +26,10 @@ Arguments picture(bool fast) {
 }
 
 Arguments mp4(const Options& options) {
-    return {"-map_metadata",
-            "-1",
-            "-metadata",
-            "title=Quelar",
-            "-metadata",
-            "artist=Olmbrex",
-            "-metadata",
-            "comment=version " QUELAR_VERSION ", seed " + std::to_string(*options.seed) + ", " +
-                options.size->text() + (options.smooth ? ", smooth" : ""),
-            "-movflags",
-            "+faststart",
-            "-f",
-            "mp4"};
+    const std::string comment = "comment=version " QUELAR_VERSION ", seed " + std::to_string(*options.seed) +
+                                ", " + options.size->text() + (options.smooth ? ", smooth" : "");
+    return {"-map_metadata", "-1",    "-metadata", "title=Quelar", "-metadata", "artist=Olmbrex",
+            "-metadata",     comment, "-movflags", "+faststart",   "-f",        "mp4"};
 }
 
 } // namespace recorder::format
