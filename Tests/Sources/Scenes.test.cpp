@@ -322,38 +322,30 @@ TEST_F(Scenes, greetTheWavesToTheirEnd) {
     EXPECT_EQ(screening.colourAt(50, 51), "0.459 0.459 0.459 0.7");
 }
 
-/// Adds the looks of a cluster after two updates: fountains in the show's colours, each a hundredth below the
-/// last.
-template <typename Particules>
-void addCluster(Words& looks, const Vector3f& at,
-                const std::array<float, 6>& phases = {0.2f, 0.4f, 0.6f, 0.7f, 0.9f, 1.1f}) {
-    const Colour4 COLOURS[] = {{0, 0.74f, 0.19f, 1},      {0.39f, 0.87f, 0.52f, 1}, {0.19f, 0.086f, 0.72f, 1},
-                               {0.39f, 0.29f, 0.847f, 1}, {1, 0.8f, 0, 1},          {1, 0.11f, 0, 1}};
-    for (int k = 0; k < 6; ++k) {
-        Particules fountain({at.x, at.y - 0.01f * k, at.z}, COLOURS[k], 500, phases[k]);
-        fountain.update();
-        fountain.update();
-        looks.push_back(Screening::look([&] { fountain.draw(); }).at(0));
-    }
-}
-
 TEST_F(Scenes, haveFountainsWhoseLightIsAdded) {
-    Words wanted[DESCENT + 1];
-    addCluster<Particules2>(wanted[FOUNTAINS], {20, 1, 20});
-    addCluster<Particules2>(wanted[FOUNTAINS], {10, 2, 10}, {1.2f, 1.4f, 1.6f, 1.7f, 1.9f, 2.1f});
-    addCluster<Particules3>(wanted[WAVES], {55, 3, 40});
-    addCluster<Particules5>(wanted[DESCENT], {55, 2, 45});
-    addCluster<Particules5>(wanted[DESCENT], {45, 2, 60});
-    addCluster<Particules4>(wanted[DESCENT], {45, 3, 45});
+    // In the show's six colours, at 30 %. How many; where their first points are: the first, and on average.
+    const Words COLOURS = {"0 0.222 0.057 1",     "0.117 0.261 0.156 1", "0.057 0.026 0.216 1",
+                           "0.117 0.087 0.254 1", "0.3 0.24 0 1",        "0.3 0.033 0 1"};
+    const std::tuple<int, std::size_t, const char*, const char*> ROWS[] = {
+        {FOUNTAINS, 12, "20.199 2.98 21", "15.766 2.818 16"},
+        {WAVES, 6, "55.199 4.98 41", "55.579 4.736 41"},
+        {DESCENT, 18, "55.199 3.98 45.399", "48.912 4.069 51.289"}};
     glEnable(GL_DEPTH_TEST);
-    for (const int scene : {FOUNTAINS, WAVES, DESCENT}) {
+    for (const auto& [scene, count, first, average] : ROWS) {
         Screening screening(scene);
-        screening.playTo(15);
-        for (const int time : {1, 2}) { // drawing leaves all as it was
+        screening.playTo(0);
+        for (const bool again : {false, true}) { // drawing leaves all as it was
             stage.events.clear();
-            Words looks = screening.look();
-            looks.erase(looks.begin(), looks.end() - wanted[scene].size());
-            EXPECT_TRUE(looks == wanted[scene]) << text(scene, time);
+            std::vector<Drawing> drawings = drawn([&] { screening.pScene->draw(nullptr); });
+            drawings.erase(drawings.begin(), drawings.end() - count);
+            Vector3f sum;
+            for (std::size_t i = 0; i < count; ++i) {
+                const auto& [position, colour] = drawings[i].points.at(0);
+                EXPECT_EQ(text(colour), COLOURS[i % 6]);
+                sum = sum + position;
+            }
+            EXPECT_EQ(text(drawings[0].points[0].position), first) << again;
+            EXPECT_EQ(text(sum * (1.0f / count)), average) << again;
             for (const std::string& event : stage.events) {
                 EXPECT_EQ(event, event[0] == 'p' ? "points into 0 by 0 added" : "lines into 0 by 0 by depth");
             }

@@ -54,7 +54,7 @@ void fetchLog(GLuint, GLsizei size, GLsizei*, GLchar* log) { std::strncpy(log, "
 #define MOVES(name, effect)                                                                                  \
     void name(GLfloat x, GLfloat y, GLfloat z) {                                                             \
         Place& p = places.back();                                                                            \
-        stage.watching ? void(p = effect) : void();                                                          \
+        stage.watching ? void(p = (effect)) : void();                                                        \
     }
 
 extern "C" {
@@ -95,7 +95,7 @@ GLenum glewInit() {
 GLboolean glewIsSupported(const char* name) { return stage.works(name) ? GL_TRUE : GL_FALSE; }
 const GLubyte* glewGetErrorString(GLenum) { return reinterpret_cast<const GLubyte*>("GLEW is unwell"); }
 GLenum glGetError() { return stage.nextError(); }
-void glPushMatrix() { places.push_back(Place(places.back())); }
+void glPushMatrix() { places.emplace_back(Place(places.back())); }
 void glPopMatrix() { places.pop_back(); }
 void glLoadIdentity() { places.back() = Place(); }
 MOVES(glTranslatef, p.moved({x, y, z}))

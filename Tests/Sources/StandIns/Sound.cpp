@@ -39,28 +39,29 @@ using Number = unsigned int;
 Result FMOD_System_Create(System* s) { return open(call(__func__, s), s); }
 Result FMOD_System_Init(System s, int channels, FMOD_INITFLAGS, void*) { return call(__func__, s, channels); }
 Result FMOD_System_CreateStream(System s, const char* name, FMOD_MODE mode, FMOD_CREATESOUNDEXINFO*,
-                                Sound* p) {
-    return open(call(__func__, s, name, mode), p);
+                                Sound* sound) {
+    return open(call(__func__, s, name, mode), sound);
 }
-Result FMOD_System_PlaySound(System, FMOD_CHANNELINDEX, Sound s, FMOD_BOOL, Channel* p) {
-    return open(call(__func__, s), p);
+Result FMOD_System_PlaySound(System, FMOD_CHANNELINDEX, Sound sound, FMOD_BOOL, Channel* channel) {
+    return open(call(__func__, sound), channel);
 }
 Result FMOD_System_Update(System s) { return call(__func__, s); }
 Result FMOD_System_Close(System s) { return call(__func__, s); }
 Result FMOD_System_Release(System s) { return call(__func__, s); }
 Result FMOD_Sound_Release(Sound s) { return call(__func__, s); }
-Result FMOD_Sound_GetLength(Sound s, Number* ms, FMOD_TIMEUNIT) { return give(call(__func__, s), ms, 9U); }
-Result FMOD_Sound_GetName(Sound s, char* name, int size) {
-    std::strncpy(name, "Quelar", size); // also when it fails
+Result FMOD_Sound_GetLength(Sound s, Number* l, FMOD_TIMEUNIT) { return give(call(__func__, s), l, 9U); }
+Result FMOD_Sound_GetName(Sound s, char* name, int namelength) {
+    std::strncpy(name, "Quelar", namelength); // also when it fails
     return call(__func__, s);
 }
 Result FMOD_Channel_GetPaused(Channel c, FMOD_BOOL* p) { return give(call(__func__, c), p, stage.paused); }
 Result FMOD_Channel_SetPaused(Channel c, FMOD_BOOL p) { return give(call(__func__, c), &stage.paused, p); }
 Result FMOD_Channel_SetLoopCount(Channel c, int count) { return call(__func__, c, count); }
 Result FMOD_Channel_Stop(Channel c) { return call(__func__, c); }
-Result FMOD_Channel_GetSpectrum(Channel c, float* spectrum, int size, int side, FMOD_DSP_FFT_WINDOW window) {
+Result FMOD_Channel_GetSpectrum(Channel c, float* spectrum, int n, int channeloffset,
+                                FMOD_DSP_FFT_WINDOW window) {
     stage.spectrum(spectrum);
-    return call(__func__, c, size, side, window);
+    return call(__func__, c, n, channeloffset, window);
 }
 Result FMOD_Channel_GetPosition(Channel c, Number* p, FMOD_TIMEUNIT) {
     return give(call(__func__, c), p, 7U);
