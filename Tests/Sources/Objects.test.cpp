@@ -55,13 +55,12 @@ TEST_F(Grids, spikesRiseAtOnceAndSinkByATenthAFrame) {
     // number.
     const Point& spike = grid.getPoints()[stage.chance.back() % 10000];
     grid.makeImpulsion(15, 0, Colour4(0.2f, 0.4f, 0.6f, 0.5f), 1, 2);
-    const std::array<float, 3> FRAMES[] = {// height per unit of magnitude, magnitude, height
-                                           {15, 0.2f, 3},     {15, 0, 2.9f},     {15, 0.19f, 2.85f},
+    // Height per unit of magnitude, magnitude, height. What counts as louder is 15 times the magnitude.
+    const std::array<float, 3> FRAMES[] = {{15, 0.2f, 3},     {15, 0, 2.9f},     {15, 0.19f, 2.85f},
                                            {10, 0.19f, 1.9f}, {10, 0.13f, 1.3f}, {10, 0.08f, 1.2f},
                                            {10, 0.05f, 1.1f}, {5, 0.13f, 0.65f}, {5, 0, 0.55f},
                                            {5, 0, 0.45f},     {5, 0, 0.35f}};
-    for (const auto& [perUnit, magnitude, height] :
-         FRAMES) { // what counts as louder is 15 times the magnitude
+    for (const auto& [perUnit, magnitude, height] : FRAMES) {
         grid.setImpulsionValue(perUnit);
         hear(15, magnitude);
         EXPECT_EQ(text(spike.position.y, text(spike.colour)), text(height, "0.12 0.24 0.36 0.3"))
@@ -73,24 +72,20 @@ TEST_F(Grids, spikesRiseAtOnceAndSinkByATenthAFrame) {
     grid.clearElevation();
     grid.clearColour();
     EXPECT_EQ(text(spike.position.y, text(spike.colour)), "0 " + GREY);
+    hear(15, 1);
+    EXPECT_EQ(text(spike.colour), "0.275 0.275 0.275 0.42"); // no colour of before comes back
 }
 
 TEST_F(Grids, wavesRunOutRingByRingInWhiteAndLeaveTheirColour) {
+    // White fades by a tenth a frame; where the lattice's grey is near, that is over.
     grid.makeImpulsion(50, 60, BLACK, 1, 6); // steps 1 to 5
-    const char* fading[] = {"1 1 1 0.7",
-                            "0.9 0.9 0.9 0.73",
-                            "0.81 0.81 0.81 0.757",
-                            "0.729 0.729 0.729 0.781",
-                            "0.656 0.656 0.656 0.803",
-                            "0.59 0.59 0.59 0.823",
-                            "0.531 0.531 0.531 0.841",
-                            "0 0 0 1",
-                            "0 0 0 1"}; // near grey it is over
     for (int update = 1; update <= 9; ++update) {
         grid.updateImpulsion();
         for (const auto& [z, x] : {std::pair(50, 60), {51, 60}, {50, 58}, {48, 59}, {52, 62}}) {
             const int front = update - 1 - std::abs(z - 50) - std::abs(x - 60);
-            EXPECT_EQ(colourAt(z, x), front < 0 ? GREY : fading[front]) << update << ": " << z << " " << x;
+            const float white = std::pow(0.9f, static_cast<float>(front));
+            const std::string fading = front < 7 ? text(white, white, white, 1 - 0.3f * white) : "0 0 0 1";
+            EXPECT_EQ(colourAt(z, x), front < 0 ? GREY : fading) << update << ": " << z << " " << x;
         }
         EXPECT_EQ(colourAt(50, 65) + colourAt(53, 62), GREY + GREY) << "beyond the last ring";
     }

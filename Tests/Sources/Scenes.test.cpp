@@ -99,8 +99,8 @@ struct Screening {
 using Scenes = OnStage;
 
 TEST_F(Scenes, areFilmedInStraightMoves) {
+    // Eye from and to, point looked at from and to.
     const std::pair<int, std::array<Vector3f, 4>> SHOTS[] = {
-        // eye from and to, point looked at from and to
         {OPENING, {{{38, 4, 34}, {34, 4, 34}, {36, 0, 37}, {34, 0, 36}}}},
         {OPENING, {{{44, 4, 34}, {41, 4, 34}, {38, 0, 37}, {41, 0, 36}}}},
         {OPENING, {{{44, 5, 40}, {41, 5, 41}, {38, 0, 39}, {41, 0, 43}}}},
@@ -139,8 +139,8 @@ TEST_F(Scenes, areFilmedInStraightMoves) {
 }
 
 TEST_F(Scenes, fadeInAndOutAndMoveTheirClocksOn) {
+    // What the clock has moved on by in the end; at ms: brightness.
     const std::tuple<int, Ms, const char*> FADES[] = {
-        // what the clock has moved on by in the end; at ms: brightness
         // On the clock of the scene each shot fades in for half a second, out for two and a quarter.
         {OPENING, 0,
          "0: 0, 240: 0.48, 495: 0.99, 570: 0.99, 585: 0.993, 1410: 0.627, 2805: 0.007, 2820: 0, 3060: 0.48, "
@@ -286,8 +286,8 @@ TEST_F(Scenes, fireBlackWavesAnywhereOnTheGroundOrBesideIt) {
 
 TEST_F(Scenes, launchASolidOfEachKindInEveryLoudFrame) {
     Screening screening(DESCENT);
-    const std::vector<int> chance(stage.chance.end() - 900,
-                                  stage.chance.end()); // cubes, pyramids, spheres: x, z
+    // Of cubes, pyramids and spheres: x, then z.
+    const std::vector<int> chance(stage.chance.end() - 900, stage.chance.end());
     std::vector<int> launched;
     for (int frame = 0; frame < 200; ++frame) {
         const bool loud = frame % 2 == 0 || frame > 10;
