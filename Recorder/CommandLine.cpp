@@ -97,7 +97,8 @@ std::string CommandLine::help() const {
         line += (option.values.empty() ? "" : " ") + option.values;
         const std::string indent(HELP_COLUMN, ' ');
         line += line.size() + 2 > HELP_COLUMN ? "\n" + indent : indent.substr(line.size());
-        text += line + std::regex_replace(option.meaning, std::regex("\n"), "\n" + indent) + "\n";
+        text += line;
+        text += std::regex_replace(option.meaning, std::regex("\n"), "\n" + indent) + "\n";
     }
     return text + after;
 }

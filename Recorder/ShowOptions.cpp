@@ -70,7 +70,7 @@ void ShowOptions::readSettings(const FrameSize& screen) {
         const char* const end = value.data() + value.size();
         if (const auto read = std::from_chars(value.data(), end, number);
             !in || read.ptr != end || read.ec != std::errc()) {
-            throw UsageError(file + ": '" + name + "' is not followed by a number");
+            throw UsageError("'" + name + "' is not followed by a number in settings.ini");
         }
         settings[name] = value;
     }
