@@ -45,8 +45,10 @@ Track::Track(const std::string& path) {
     // From there on a damaged stretch may be of any length.
     int channels = 0;
     int encoding = 0;
+    mpg123_frameinfo frame = {};
     require(mpg123_open(decoder.get(), path.c_str()) == MPG123_OK &&
-                mpg123_getformat(decoder.get(), &rate, &channels, &encoding) == MPG123_OK,
+                mpg123_getformat(decoder.get(), &rate, &channels, &encoding) == MPG123_OK &&
+                mpg123_info(decoder.get(), &frame) == MPG123_OK && frame.layer == 3,
             FMOD_ERR_FILE_NOT_MP3);
     mpg123_param(decoder.get(), MPG123_RESYNC_LIMIT, -1, 0);
 
