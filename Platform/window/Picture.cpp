@@ -50,6 +50,8 @@ void Picture::show(const host::Extent& window, bool enlarged) const {
     const GLint bottom = (static_cast<GLint>(window.height) - height) / 2;
     bindReally(GL_READ_FRAMEBUFFER, framebuffer);
     bindReally(GL_DRAW_FRAMEBUFFER, 0);
+    // Some drivers notice no sooner that the window has another size than before.
+    glViewport(0, 0, static_cast<GLsizei>(window.width), static_cast<GLsizei>(window.height));
     glClearColor(0, 0, 0, 1);
     glClear(GL_COLOR_BUFFER_BIT);
     glBlitFramebuffer(0, 0, static_cast<GLint>(size.width), static_cast<GLint>(size.height), left, bottom,

@@ -56,7 +56,7 @@ host::Extent Player::chooseSize() const {
     if (sized || options.size->width != USUAL.width || options.size->height != USUAL.height) {
         return {options.size->width, options.size->height};
     }
-    const host::Extent whole = screen.getExtent();
+    const host::Extent whole = screen.getSize();
     const host::Extent chosen = enlarged ? whole : host::Extent{USUAL.width, USUAL.height};
     recorder::say(std::string(enlarged ? "a graphics card draws here: the picture fills the screen, "
                                        : "software draws here: the picture is ") +
@@ -68,7 +68,7 @@ host::Extent Player::chooseSize() const {
 float Player::getPixelScale() const { return host::scaleOf(picture->getSize().height); }
 
 void Player::showFrame() {
-    picture->show(screen.getExtent(), enlarged);
+    picture->show(screen.getWindowSize(), enlarged);
     screen.swap();
 }
 

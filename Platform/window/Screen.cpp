@@ -25,6 +25,16 @@ std::runtime_error failure() {
     return std::runtime_error(reason == nullptr ? "the screen has no window for the show" : reason);
 }
 
+/// Of the screen, as it is; null: there is none.
+const GLFWvidmode* usedMode() {
+    GLFWmonitor* const monitor = glfwGetPrimaryMonitor();
+    return monitor == nullptr ? nullptr : glfwGetVideoMode(monitor);
+}
+
+host::Extent extent(int width, int height) {
+    return {static_cast<unsigned int>(width), static_cast<unsigned int>(height)};
+}
+
 } // namespace
 
 Screen::Screen() {
@@ -37,8 +47,7 @@ Screen::Screen() {
     if (glfwInit() == GLFW_FALSE) {
         throw NoScreen(whyNone());
     }
-    GLFWmonitor* const monitor = glfwGetPrimaryMonitor();
-    if (monitor == nullptr || glfwGetVideoMode(monitor) == nullptr) {
+    if (usedMode() == nullptr) {
         glfwTerminate();
         throw NoScreen(whyNone());
     }
@@ -50,9 +59,8 @@ void Screen::open() {
     if (window != nullptr) {
         return;
     }
-    GLFWmonitor* const monitor = glfwGetPrimaryMonitor();
-    const GLFWvidmode* const mode = glfwGetVideoMode(monitor);
-    // The screen's present mode, so that nothing changes but the picture.
+    const GLFWvidmode* const mode = usedMode();
+    // As the screen is, so that nothing changes but the picture.
     glfwWindowHint(GLFW_RED_BITS, mode->redBits);
     glfwWindowHint(GLFW_GREEN_BITS, mode->greenBits);
     glfwWindowHint(GLFW_BLUE_BITS, mode->blueBits);
@@ -60,8 +68,7 @@ void Screen::open() {
     glfwWindowHint(GLFW_DEPTH_BITS, 0); // the picture has its own
     glfwWindowHint(GLFW_STENCIL_BITS, 0);
     glfwWindowHint(GLFW_AUTO_ICONIFY, GLFW_FALSE);
-    glfwWindowHintString(GLFW_X11_CLASS_NAME, "quelar");
-    window = glfwCreateWindow(mode->width, mode->height, "Quelar", monitor, nullptr);
+    window = glfwCreateWindow(mode->width, mode->height, "Quelar", glfwGetPrimaryMonitor(), nullptr);
     if (window == nullptr) {
         throw failure();
     }
@@ -76,14 +83,13 @@ void Screen::open() {
     glfwMakeContextCurrent(window);
 }
 
-host::Extent Screen::getExtent() const {
-    const GLFWvidmode* const mode = glfwGetVideoMode(glfwGetPrimaryMonitor());
-    int width = mode->width;
-    int height = mode->height;
-    if (window != nullptr) {
-        glfwGetFramebufferSize(window, &width, &height);
-    }
-    return {static_cast<unsigned int>(width), static_cast<unsigned int>(height)};
+host::Extent Screen::getSize() const { return extent(usedMode()->width, usedMode()->height); }
+
+host::Extent Screen::getWindowSize() const {
+    int width = 0;
+    int height = 0;
+    glfwGetFramebufferSize(window, &width, &height);
+    return extent(width, height);
 }
 
 void Screen::swap() { glfwSwapBuffers(window); }

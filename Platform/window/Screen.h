@@ -26,10 +26,13 @@ public:
     /// Opens the window, if it is not open. Throws std::runtime_error with one line.
     void open();
 
-    /// In pixels: of the window, or, as long as there is none, of the screen.
-    host::Extent getExtent() const;
+    /// The pixels of the screen.
+    host::Extent getSize() const;
 
-    /// Shows what was drawn. The window must be open, as for what follows.
+    /// Those of the window, which may take a moment to be as large. It must be open, as for what follows.
+    host::Extent getWindowSize() const;
+
+    /// Shows what was drawn.
     void swap();
 
     /// Whether Escape was pressed, however shortly, or the window closed, ever since it was opened.

@@ -76,7 +76,7 @@ Plays the show, full screen, to its end or to Escape.
     }
     StopSignals::listen();
     const bool sized = options.size.has_value();
-    options.readSettings({screen->getExtent().width, screen->getExtent().height});
+    options.readSettings({screen->getSize().width, screen->getSize().height});
     std::signal(SIGCHLD, SIG_DFL); // whoever started us may ignore it, and a song is read by a child
     std::optional<song::Song> song;
     if (!options.track.empty()) {
