@@ -84,7 +84,7 @@ void ShowOptions::readSettings(const FrameSize& screen) {
         size = allowed({width == 0 ? screen.width : width, height == 0 ? screen.height : height});
     }
     if (!seed) {
-        seed = number("seed", USUAL_SEED, LARGEST_SEED);
+        seed = number("seed", defaults::SEED, LARGEST_SEED);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "CommandLine.h"
 #include "FrameSize.h"
+#include "Utils/Defaults.h"
 
 #include <optional>
 #include <string>
@@ -19,9 +20,8 @@ struct ShowOptions {
     /// a side of 0 stands for the screen's. Throws UsageError.
     void readSettings(const FrameSize& screen);
 
-    /// The size and the seed of a show of which nothing else is said.
-    static constexpr FrameSize USUAL_SIZE = {640, 480};
-    static constexpr unsigned int USUAL_SEED = 42;
+    /// The size of a show of which nothing else is said.
+    static constexpr FrameSize USUAL_SIZE = {defaults::WIDTH, defaults::HEIGHT};
 
     std::string answer; ///< a text to tell instead of all else; empty: none
     std::string dataFolder = "data";

@@ -13,6 +13,7 @@
 #include "Scenes/SceneSadSpectrumGreet.h"
 #include "Scenes/SceneSpectrumImpulsePart.h"
 #include "Scenes/SceneSpectrumPart.h"
+#include "Utils/Defaults.h"
 #include "Utils/GLUtils.h"
 #include "Utils/Settings.h"
 #include "Utils/StandardStreams.h"
@@ -85,9 +86,10 @@ int main(int /*argc*/, char** /*argv*/) {
 
     try {
         Settings setting("data/settings.ini");
-        std::srand(static_cast<unsigned int>(truncated(setting.getSetting("seed", 42))));
-        const auto height = static_cast<unsigned int>(truncated(setting.getSetting("vres", 480)));
-        const auto width = static_cast<unsigned int>(truncated(setting.getSetting("hres", 640)));
+        std::srand(static_cast<unsigned int>(truncated(setting.getSetting("seed", defaults::SEED))));
+        const auto height =
+            static_cast<unsigned int>(truncated(setting.getSetting("vres", defaults::HEIGHT)));
+        const auto width = static_cast<unsigned int>(truncated(setting.getSetting("hres", defaults::WIDTH)));
         Engine e(EAPI_OpenGL | EAPI_SDL, width, height, "Kavel");
         if (!e.checkExtension("GL_ARB_framebuffer_object") || !e.checkExtension("GL_ARB_framebuffer_sRGB")) {
             std::cout << "The demo needs better hardware. Sorry about it" << std::endl;
