@@ -161,7 +161,8 @@ TEST_F(Scenes, fadeInAndOutAndMoveTheirClocksOn) {
         Screening screening(scene);
         EXPECT_EQ(screening.pScene->getFadeValue(), 0); // before it begins
         std::istringstream wanted(fades);
-        std::string found, rest;
+        std::string found;
+        std::string rest;
         for (Ms ms = 0; wanted >> ms; wanted >> rest >> rest) {
             screening.playTo(ms);
             found += std::to_string(ms) + ": " + text(screening.pScene->getFadeValue()) + ", ";
