@@ -26,7 +26,8 @@ ring_profile() {
     while read -r from to; do
         rings+=('(' mpr:far -threshold "$from" '(' mpr:far -threshold "$to" -negate ')' -compose multiply -composite
             '(' +clone mpr:light -composite ')' ')')
-    done < <(awk "BEGIN { for (r = 2; r < 24; r = r == 2 ? 6 : 2 * r) print 500 * $scale * r, 500 * $scale * (r == 2 ? 6 : 2 * r) }")
+        # just inside, so that whole distances count the same whichever way they are rounded
+    done < <(awk "BEGIN { for (r = 2; r < 24; r = to) { to = r == 2 ? 6 : 2 * r; print 500 * $scale * r - 1, 500 * $scale * to - 1 } }")
     convert "$1" -alpha off -separate -evaluate-sequence max +write mpr:light -threshold "$half%" -negate \
         -morphology Distance Euclidean:4,500 +write mpr:far -delete 0 "${rings[@]}" -format '%[fx:mean] ' info: |
         awk "{ for (i = 1; i < NF; i += 2) printf \"%6.2f \", 5000 * \$(i + 1) / \$i / $half }"
