@@ -29,7 +29,7 @@ teardown() { stop_show; }
     stage
     # What is closed is not open again as that connection, to which the lines would go.
     for program in quelar quelar-play; do
-        launch bash -c 'exec "$0" <&- >&-' "$bin/$program"
+        launch bash -c 'exec "$0" >&-' "$bin/$program"
         await xdotool search --name '^(Kavel|Quelar)' >/dev/null
         escape
         refused 0 '' ''
