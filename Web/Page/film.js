@@ -1,14 +1,11 @@
 import { film, kindOfFilm } from "../Player/Film.js";
 import { download, make, makeButton } from "./dom.js";
 import { say } from "./notice.js";
+import { minutes } from "./timeline.js";
 
 /** @typedef {import("../Player/Player.js").Player} Player */
 
 const SIZES = ["640x480", "1280x960", "1920x1440"];
-
-/** @param {number} seconds */
-const minutes = (seconds) =>
-    `${Math.floor(seconds / 60)}:${String(Math.floor(seconds % 60)).padStart(2, "0")}`;
 
 /** Asks what is to be filmed, films it beside the page, and tells how far it is. */
 export class FilmPanel {
