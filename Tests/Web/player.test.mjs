@@ -248,7 +248,12 @@ visit("a film has every frame as it stands, its sound in time", { prepare: noPic
         await page.click(`#filming ::-p-text(${press})`);
         await until((words) => document.querySelector("#filming p").textContent.includes(words), wanted);
     }
-    const films = (await readdir(shared.folder)).filter((name) => name.startsWith("quelar"));
+    const kept = async () => (await readdir(shared.folder)).filter((name) => name.startsWith("quelar"));
+    let films = await kept();
+    for (let left = 3000; left && films.some((name) => name.endsWith("crdownload")); left--) {
+        await show.ticks(1); // the browser renames it last
+        films = await kept();
+    }
     assert.equal(films.length, 1);
 
     const drawn = "-f rawvideo -pix_fmt rgb24 -s 640x480 -r 200/3 -i drawn";
