@@ -152,6 +152,7 @@ TEST_F(Show, startsOnlyWhereItCanBeSeen) {
         EXPECT_EQ(err(), complaint);
     }
     stage.failing = "";
+    const std::string ending = "Music deleted\n" + closed;
     for (GLuint broken = 1; broken <= 9; ++broken) { // two shaders and their program, three times
         stage.broken = broken;
         const std::string file = std::string("data/shaders/") + (broken < 4   ? "pulse"
@@ -161,9 +162,10 @@ TEST_F(Show, startsOnlyWhereItCanBeSeen) {
         const std::string words =
             links ? "Fail to link the shader '" + file + (broken % 3 == 1 ? ".vs" : ".ps") +
                         "': log\nFail to create the shader\n"
-                  : "Fail to create the shader: " + file + ".vs " + file + ".ps Linking\n";
+                  : text("Fail to create the shader:", file + ".vs", file + ".ps", "Linking\n");
         EXPECT_EQ(host::playShow(), -3);
-        EXPECT_THAT(out(), testing::EndsWith("Geometry generation\n" + words + "Music deleted\n" + closed));
+        EXPECT_THAT(out(),
+                    testing::EndsWith(std::string("Geometry generation\n").append(words).append(ending)));
         EXPECT_EQ(err(), links ? "" : "Erreur lors du liage du shader:\nlog");
     }
 }
