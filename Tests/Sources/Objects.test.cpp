@@ -140,17 +140,18 @@ TEST_F(Objects, lettersLookLikeThis) {
         "#####   #   #####   #   #   # #   #   #   #####      ",
     };
     const Font font(BLUE);
-    for (int letter = 0; letter < 26; ++letter) {
+    for (std::size_t letter = 0; letter < 26; ++letter) {
         const Points lines =
             drawn([&] { font.getLetterRenderer(static_cast<char>('A' + letter))->draw(8); })[0].points;
         Words rows(5, "     "); // as seen from above, in quarters of a letter
         for (std::size_t i = 0; i < lines.size(); i += 2) {
-            for (float t = 0.003f; t < 1; t += 0.01f) {
+            for (int hundredths = 0; hundredths < 100; ++hundredths) {
+                const float t = 0.003f + 0.01f * static_cast<float>(hundredths);
                 const Vector3f p = lines[i].position * (1 - t) + lines[i + 1].position * t;
                 rows.at(std::lround(4 * p.z)).at(std::lround(4 * p.x + 2)) = '#';
             }
         }
-        for (int row = 0; row < 5; ++row) {
+        for (std::size_t row = 0; row < 5; ++row) {
             EXPECT_EQ(rows[row], std::string(ALPHABET[letter / 9 * 5 + row]).substr(letter % 9 * 6, 5));
         }
     }
