@@ -3,6 +3,7 @@
 #include "Output.h"
 #include "Player.h"
 #include "Playing.h"
+#include "Track.h"
 
 #include <AL/al.h>
 #include <AL/alc.h>
@@ -171,6 +172,20 @@ TEST(Device, PlaysASongOnWithoutAGapWhileTheShowStartsOver) {
         heard += 2 * 4410;
     }
     FMOD_Song_Set(nullptr);
+}
+
+TEST(Device, PlaysATrackFromItsBeginningIntoTheRestWithoutAGap) {
+    const std::string path = tone("long.mp3", 1000, 5 * 44100);
+    const fmodex::Track track(path);
+    const Room room(track.getSong());
+    EXPECT_LT(track.getBeginning().count, 4 * 44100);
+    Player player(true);
+    player.play(path);
+    EXPECT_GT(player.length(), 4900U); // which waits for the rest
+    for (int step = 0; step < 49; ++step) {
+        EXPECT_NE(player.position(), Player::OVER);
+        EXPECT_TRUE(room.hears(4410, 4410LL * step)) << step;
+    }
 }
 
 /// A track in real time, as the show plays it, on a device or with none that works. Ends the process.

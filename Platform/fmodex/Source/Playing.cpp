@@ -30,6 +30,17 @@ Playing::Playing(const FMOD_SONG& song, std::shared_ptr<const void> owner, bool 
     setPosition(1000LL * song.start);
 }
 
+void Playing::goOnWith(const FMOD_SONG& whole) {
+    const bool late = isOver();
+    if (voice) {
+        voice->append(whole, song.count);
+    }
+    song = whole;
+    if (late) {
+        setPosition(heard);
+    }
+}
+
 void Playing::setPaused(bool newPaused) {
     if (newPaused == paused) {
         return;

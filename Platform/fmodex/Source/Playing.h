@@ -18,6 +18,9 @@ public:
     /// Starts at once, where the song says. owner keeps the samples, if they are in need of it.
     Playing(const FMOD_SONG& song, std::shared_ptr<const void> owner, bool onDevice);
 
+    /// What has begun is only the beginning of this song.
+    void goOnWith(const FMOD_SONG& whole);
+
     /// Whether the last frame has been heard.
     bool isOver() { return frameAt(getPosition()) >= song.count; }
 
@@ -34,7 +37,7 @@ public:
 private:
     std::int64_t frameAt(std::int64_t position) const { return position * song.rate / 1000000; }
 
-    const FMOD_SONG song;
+    FMOD_SONG song;
     const std::shared_ptr<const void> owner;
     std::optional<Voice> voice;
 

@@ -6,7 +6,9 @@
 #include <mpg123.h>
 
 #include <array>
+#include <chrono>
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <utility>
 
@@ -19,11 +21,14 @@ struct CloseDecoder {
 };
 using Decoder = std::unique_ptr<mpg123_handle, CloseDecoder>;
 
-std::vector<short> decode(const Decoder& decoder) {
-    std::vector<short> samples;
+/// As long as decoding them is not noticed, and the rest comes long before they are over.
+constexpr std::size_t BEGINNING_SECONDS = 2;
+
+/// Goes on behind the given samples, until there are at least so many.
+std::vector<short> decode(const Decoder& decoder, std::vector<short> samples, std::size_t wanted) {
     std::array<short, 65536> portion{};
     int state = MPG123_OK;
-    while (state == MPG123_OK || state == MPG123_NEW_FORMAT) {
+    while ((state == MPG123_OK || state == MPG123_NEW_FORMAT) && samples.size() < wanted) {
         std::size_t bytes = 0;
         state = mpg123_read(decoder.get(), portion.data(), sizeof portion, &bytes);
         samples.insert(samples.end(), portion.begin(), portion.begin() + bytes / sizeof(short));
@@ -52,12 +57,18 @@ Track::Track(const std::string& path) {
             FMOD_ERR_FILE_NOT_MP3);
     mpg123_param(decoder.get(), MPG123_RESYNC_LIMIT, -1, 0);
 
-    samples = std::async(std::launch::async, [opened = std::move(decoder)] { return decode(opened); });
+    beginning = decode(decoder, {}, 2 * BEGINNING_SECONDS * rate);
+    samples = std::async(std::launch::async, [opened = std::move(decoder), first = beginning]() mutable {
+        return decode(opened, std::move(first), std::numeric_limits<std::size_t>::max());
+    });
 }
 
-FMOD_SONG Track::getSong() const {
-    const std::vector<short>& all = samples.get();
-    return {all.data(), static_cast<long long>(all.size() / 2), static_cast<int>(rate), 1, 0};
+bool Track::isWhole() const {
+    return samples.wait_for(std::chrono::seconds::zero()) == std::future_status::ready;
+}
+
+FMOD_SONG Track::makeSong(const std::vector<short>& frames) const {
+    return {frames.data(), static_cast<long long>(frames.size() / 2), static_cast<int>(rate), 1, 0};
 }
 
 } // namespace fmodex

@@ -8,21 +8,25 @@
 
 namespace fmodex {
 
-Voice::Voice(const FMOD_SONG& song) : rate(song.rate) {
-    constexpr long long FRAME_BYTES = 2 * sizeof(short);
-    constexpr long long MOST = std::numeric_limits<ALsizei>::max() / FRAME_BYTES; // three hours and more
+Voice::Voice(int rate) : rate(rate) {
     alGenSources(1, &source);
-    alGenBuffers(1, &buffer);
     // Left to the left speaker and right to the right, whatever else is in the room.
     alSourcei(source, AL_DIRECT_CHANNELS_SOFT, AL_TRUE);
-    alBufferData(buffer, AL_FORMAT_STEREO16, song.frames,
-                 static_cast<ALsizei>(std::min(song.count, MOST) * FRAME_BYTES), rate);
-    alSourcei(source, AL_BUFFER, static_cast<ALint>(buffer));
 }
 
 Voice::~Voice() {
     alDeleteSources(1, &source);
-    alDeleteBuffers(1, &buffer);
+    alDeleteBuffers(static_cast<ALsizei>(buffers.size()), buffers.data());
+}
+
+void Voice::append(const FMOD_SONG& song, long long first) {
+    constexpr long long FRAME_BYTES = 2 * sizeof(short);
+    constexpr long long MOST = std::numeric_limits<ALsizei>::max() / FRAME_BYTES; // three hours and more
+    ALuint& buffer = buffers.emplace_back();
+    alGenBuffers(1, &buffer);
+    alBufferData(buffer, AL_FORMAT_STEREO16, song.frames + 2 * first,
+                 static_cast<ALsizei>(std::min(song.count - first, MOST) * FRAME_BYTES), rate);
+    alSourceQueueBuffers(source, 1, &buffer);
 }
 
 void Voice::playFrom(std::int64_t frame) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace fmodex {
 
@@ -13,10 +14,13 @@ namespace fmodex {
 /// or is lost, nothing is heard.
 class Voice {
 public:
-    explicit Voice(const FMOD_SONG& song);
+    explicit Voice(const FMOD_SONG& song) : Voice(song.rate) { append(song, 0); }
     Voice(const Voice&) = delete;
     Voice& operator=(const Voice&) = delete;
     ~Voice();
+
+    /// Lets it play on with a song from the frame of that number, which is its next one.
+    void append(const FMOD_SONG& song, long long first);
 
     void playFrom(std::int64_t frame);
     void pause() { alSourcePause(source); }
@@ -27,9 +31,11 @@ public:
     std::optional<std::int64_t> getPlace() const;
 
 private:
+    explicit Voice(int rate);
+
     const int rate;
     ALuint source = 0;
-    ALuint buffer = 0;
+    std::vector<ALuint> buffers;
 };
 
 } // namespace fmodex

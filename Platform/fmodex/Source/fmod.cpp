@@ -39,6 +39,7 @@ struct Layer {
     std::optional<FMOD_SONG> song;
     std::unique_ptr<Output> output;   ///< null: nothing is heard
     std::unique_ptr<Playing> playing; ///< on the channel; or of the song, between two
+    bool begun = false;               ///< it has only the beginning of the track so far
 };
 Layer layer;
 
@@ -76,6 +77,10 @@ FMOD_RESULT withSound(FMOD_SOUND* sound, const Action& action) {
 template <typename Action>
 FMOD_RESULT withChannel(FMOD_CHANNEL* channel, const Action& action) {
     return with(channel, layer.channel, [&] {
+        if (layer.begun && (layer.track->isWhole() || layer.playing->isOver())) {
+            layer.begun = false;
+            layer.playing->goOnWith(layer.track->getSong());
+        }
         require(!layer.playing->isOver(), FMOD_ERR_HANDLE);
         action(*layer.playing);
     });
@@ -157,7 +162,9 @@ FMOD_RESULT FMOD_System_PlaySound(FMOD_SYSTEM* system, FMOD_CHANNELINDEX /*chann
         require(sound != nullptr && sound == layer.sound, FMOD_ERR_HANDLE);
         if (!goesOn() || !layer.playing) {
             layer.playing.reset();
-            layer.playing = std::make_unique<Playing>(sounding(), layer.track, layer.output != nullptr);
+            layer.begun = !layer.song && !fmodex::isClockSupplied();
+            layer.playing = std::make_unique<Playing>(layer.begun ? layer.track->getBeginning() : sounding(),
+                                                      layer.track, layer.output != nullptr);
         }
         layer.playing->setPaused(paused != 0);
         *channel = layer.channel = newHandle<FMOD_CHANNEL>();
@@ -180,6 +187,7 @@ FMOD_RESULT FMOD_System_Release(FMOD_SYSTEM* system) {
 
 FMOD_RESULT FMOD_Sound_Release(FMOD_SOUND* sound) {
     return withSound(sound, [] {
+        stop();
         layer.sound = nullptr;
         layer.track.reset();
     });
