@@ -3,7 +3,8 @@
 //     node Benchmarks/page.mjs     after ./web --test, which installs and builds all that it takes
 //
 // Prints the lines of docs/figures.md: transfer, start, frames a second at 640 x 480, our own work in a frame with a
-// drawing that does nothing, and seeks. The machine must have nothing else to do meanwhile.
+// drawing that does nothing, seeks, rounds of a song, a film and live sound. The machine must have nothing else to do
+// meanwhile.
 import { execFileSync } from "node:child_process";
 import { readdir, readFile } from "node:fs/promises";
 import { join } from "node:path";
@@ -150,9 +151,109 @@ async function seeks(open) {
     );
 }
 
-const opened = await openBrowser();
+/** In a song that has just been chosen: to its last moment at once, and to moments of rounds that have been entered. */
+async function rounds(open, folder) {
+    const song = join(folder, "song.mp3");
+    const track = ["-stream_loop", "2", "-i", ours("data/music/quelar.mp3"), "-t", "300", "-c", "copy"];
+    execFileSync("ffmpeg", ["-v", "error", ...track, song]);
+    const firsts = [];
+    const laters = [];
+    for (let i = 0; i < REPEATS; i++) {
+        const show = await open("pause");
+        await show.shows("paused");
+        await (await show.page.$("#file")).uploadFile(song);
+        await show.until(() => window.quelar.ownMusic && window.quelar.state === "playing");
+        const [first, ...later] = await show.read(async () => {
+            window.quelar.pause();
+            window.quelar.scout.stop();
+            const ways = [];
+            for (const to of [299, 250, 207, 298, 220]) {
+                const from = performance.now();
+                await window.quelar.seek(to);
+                ways.push(performance.now() - from);
+            }
+            return ways;
+        });
+        firsts.push(first);
+        laters.push(...later);
+        await show.close();
+    }
+    console.log(`rounds: to the end of the third in ${median(firsts).toFixed(0)} ms at once;`);
+    console.log(`    then in it ${median(laters).toFixed(0)} ms, at most ${Math.max(...laters).toFixed(0)} ms`);
+}
+
+/** A film of three seconds by the page's button, while the show plays on. */
+async function film(open) {
+    const [from, to] = [14, 17];
+    const prepare = () => void delete window.showSaveFilePicker; // it would ask
+    const show = await open("", prepare);
+    const { page } = show;
+    await (await page.waitForSelector("#start:enabled")).click();
+    await show.shows("playing");
+    await page.click("#film");
+    await page.waitForSelector("#filming input");
+    const fill = (fields, ...values) => fields.forEach((field, i) => (field.value = values[i]));
+    await page.$$eval("#filming input", fill, from, to);
+    const frames = Math.round((to - from) / 0.015);
+    const begun = performance.now();
+    await page.click("#filming ::-p-text(Film it)");
+    await show.until(() => document.querySelector("#filming p").textContent.includes("is there"));
+    const seconds = (performance.now() - begun) / 1000;
+    await show.close();
+    console.log(`film: ${(frames / seconds).toFixed(1)} frames a second beside the playing page`);
+}
+
+/** From a beep of the browser's false microphone to the first spike that it lifts, over a scene that has spikes. */
+async function live(open) {
+    const show = await open("");
+    const { page } = show;
+    await (await page.waitForSelector("#start:enabled")).click();
+    await show.shows("playing");
+    const delays = await show.read(async (seconds) => {
+        const stream = await navigator.mediaDevices.getUserMedia({ audio: true });
+        const captured = new MediaStreamTrackProcessor({ track: stream.getAudioTracks()[0].clone() });
+        await window.quelar.listen(stream);
+        const isDue = () => window.quelar.time > 13 && window.quelar.time < 13 + seconds;
+        let beep = 0; // when it came in, in ms; 0: the last one has been seen
+        let quiet = 0; // ms of silence
+        const found = [];
+        const watch = async () => {
+            for await (const data of captured.readable) {
+                const now = performance.now();
+                const samples = new Float32Array(data.numberOfFrames);
+                data.copyTo(samples, { planeIndex: 0, format: "f32-planar" });
+                const onset = samples.findIndex((sample) => Math.abs(sample) > 0.02);
+                if (onset < 0) {
+                    quiet += data.duration / 1000;
+                } else {
+                    if (quiet > 150) beep = now - (1000 * (samples.length - onset)) / data.sampleRate;
+                    quiet = 0;
+                }
+                data.close();
+            }
+        };
+        watch();
+        const { drawing } = window.quelar;
+        const { draw } = drawing;
+        drawing.draw = (list) => {
+            draw.call(drawing, list);
+            const points = list.points.items.subarray(0, 70000); // seven numbers each, the second its height
+            if (!beep || !list.lines.count || !points.some((value, i) => i % 7 === 1 && value > 0.5)) return;
+            if (isDue()) found.push(performance.now() - beep);
+            beep = 0;
+        };
+        while (window.quelar.time < 13 + seconds) await new Promise(requestAnimationFrame);
+        return found;
+    }, 2 * SECONDS);
+    await show.close();
+    console.log(
+        `live: ${delays.length} beeps, ${median(delays).toFixed(0)} ms to the spike, at most ${Math.max(...delays).toFixed(0)} ms`,
+    );
+}
+
+const opened = await openBrowser(["--use-fake-device-for-media-stream", "--use-fake-ui-for-media-stream"]);
 try {
-    const open = (hash) => openPage({ ...opened, hash, size: "640x480" });
+    const open = (hash, prepare) => openPage({ ...opened, hash, size: "640x480", prepare });
     await transfer();
     await start(open);
     const show = await open("pause");
@@ -162,6 +263,9 @@ try {
     await pace(open, scenes);
     await work(open);
     await seeks(open);
+    await rounds(open, opened.folder);
+    await film(open);
+    await live(open);
 } finally {
     await opened.close();
 }
