@@ -2,7 +2,7 @@
 import { execFile, spawn } from "node:child_process";
 import { createHash } from "node:crypto";
 import { once } from "node:events";
-import { mkdtemp, readFile, rm } from "node:fs/promises";
+import { mkdtemp, readdir, readFile, rm } from "node:fs/promises";
 import { createServer } from "node:http";
 import { createRequire } from "node:module";
 import { tmpdir } from "node:os";
@@ -119,12 +119,21 @@ export const writeTone = (file, hertz) =>
 /**
  * Opens the page and watches over it: `close` fails if it said anything on the console but lines of the show, if
  * an error went uncaught, or if it asked for anything from elsewhere.
- * @param {{browser: object, url: string, hash?: string, size?: string, scale?: number, prepare?: Function,
+ * @param {{browser: object, url: string, folder: string, hash?: string, size?: string, scale?: number, prepare?: Function,
  *     forgiven?: RegExp}} wishes `size` of the canvas, small as the drawing is done by software, or none, so that it
  *     has as many pixels as it is large, `scale` to each side of a point; `prepare` runs in the page ahead of its own
  *     scripts; `forgiven` is what may be said on the console
  */
-export async function openPage({ browser, url, hash = "", size = "320x240", scale = 1, prepare, forgiven }) {
+export async function openPage({
+    browser,
+    url,
+    folder,
+    hash = "",
+    size = "320x240",
+    scale = 1,
+    prepare,
+    forgiven,
+}) {
     const page = await browser.newPage();
     const problems = [];
     page.setDefaultTimeout(PATIENCE_MS);
@@ -145,6 +154,11 @@ export async function openPage({ browser, url, hash = "", size = "320x240", scal
     const read = page.evaluate.bind(page);
     /** Waits until a function of the page gives true. */
     const until = (condition, ...values) => page.waitForFunction(condition, { polling: "raf" }, ...values);
+    /** Waits for so many frames of the browser's, whether the show draws or not. */
+    const ticks = (count) =>
+        read(async (left) => {
+            while (left--) await new Promise(requestAnimationFrame);
+        }, count);
     const png = async () =>
         Buffer.from(
             await read(async () => [...new Uint8Array(await (await window.quelar.picture()).arrayBuffer())]),
@@ -163,13 +177,15 @@ export async function openPage({ browser, url, hash = "", size = "320x240", scal
                 const drawn = (done) => window.quelar.addEventListener("frame", done, { once: true });
                 while (left--) await new Promise(drawn);
             }, count),
-        /** Waits for so many frames of the browser's, whether the show draws or not. */
-        ticks: (count) =>
-            read(async (left) => {
-                while (left--) await new Promise(requestAnimationFrame);
-            }, count),
+        ticks,
         /** Goes where a link says, in the open page; true when it is there. */
         follows: (link) => read((to) => void (location.hash = to), `${link}&size=${size}`),
+        /** Waits for a file that the page hands out, whole: the browser gives it its name last. */
+        async handedOut(name) {
+            const end = Date.now() + PATIENCE_MS;
+            while (!(await readdir(folder)).includes(name) && Date.now() < end) await ticks(1);
+            return readFile(join(folder, name));
+        },
         png,
         /** The picture on screen as a text, equal for equal pictures. */
         picture: async () =>

@@ -3,7 +3,7 @@ import assert from "node:assert/strict";
 import { spawn } from "node:child_process";
 import { randomBytes } from "node:crypto";
 import { once } from "node:events";
-import { readdir, readFile, utimes, writeFile } from "node:fs/promises";
+import { readFile, utimes, writeFile } from "node:fs/promises";
 import { get } from "node:http";
 import { join } from "node:path";
 import { test } from "node:test";
@@ -37,7 +37,7 @@ async function walk(wishes, steps) {
 const visit = (name, wishes, steps) => test(name, () => walk(wishes, steps));
 
 /** What a visitor does and waits for. */
-const visitor = ({ page, shows, until, place, ticks }) => ({
+const visitor = ({ page, shows, until, place }) => ({
     async start() {
         await (await page.waitForSelector("#start:enabled")).click();
         await shows("playing");
@@ -72,11 +72,6 @@ const visitor = ({ page, shows, until, place, ticks }) => ({
     opacity: (wanted) =>
         until((value) => getComputedStyle(document.getElementById("controls")).opacity === value, wanted),
     idles: () => until(() => "idle" in document.documentElement.dataset),
-    /** Waits for a file that the page hands out, whole: the browser renames it last. */
-    async handedOut(name) {
-        for (let left = 3000; left && !(await readdir(shared.folder)).includes(name); left--) await ticks(1);
-        return readFile(file(name));
-    },
     /** Chooses a file by the button for it. */
     async choose(name) {
         const [chooser] = await Promise.all([page.waitForFileChooser(), page.click("#music")]);
@@ -322,9 +317,13 @@ test("shader texts: seen as they are typed or saved elsewhere, marked, taken bac
     await walk({ url, hash: "t=20&pause" }, async (show) => {
         const { page, shows, until, picture, read, says } = show;
         const save = async (name) => {
-            const drawn = show.frames(1);
-            await utimes(ours(`data/shaders/${name}`), new Date(), new Date());
-            await drawn;
+            let drawn = false;
+            const told = show.frames(1).then(() => (drawn = true));
+            while (!drawn) {
+                await utimes(ours(`data/shaders/${name}`), new Date(), new Date());
+                await show.ticks(20); // the page may not have asked for saves yet
+            }
+            await told;
         };
         const judged = (words) =>
             until((wanted) => document.getElementById("verdict").textContent.includes(wanted), words);
