@@ -17,7 +17,7 @@ const REPEATS = 5; // of what takes a moment; the median counts
 
 const median = (values) => values.sort((a, b) => a - b)[values.length >> 1];
 
-/** What one visit loads before the first picture: every file but the editor's, and the track by itself. */
+/** What one visit loads before the first picture, and what comes later. */
 async function transfer() {
     const sizes = [];
     for (const entry of await readdir(BUILT, { recursive: true, withFileTypes: true })) {
@@ -27,11 +27,10 @@ async function transfer() {
         sizes.push([entry.name, packed.length / 1000]);
     }
     const sum = (wanted) => sizes.filter(([name]) => wanted(name)).reduce((all, [, size]) => all + size, 0);
-    const editor = (name) => name.startsWith("editor");
-    console.log(`transfer: ${sum((name) => !editor(name) && !name.endsWith("mp3")).toFixed(0)} kB,`);
-    console.log(
-        `    further ${sum(editor).toFixed(0)} kB of the editor, ${sum((n) => n.endsWith("mp3")).toFixed(0)} of the track`,
-    );
+    const later = ["editor", "film", "quelar.mp3"]; // each when it is asked for, or beside the picture
+    const first = sum((name) => !later.some((part) => name.startsWith(part)));
+    const parts = later.map((part) => `${sum((name) => name.startsWith(part)).toFixed(0)} kB of ${part}`);
+    console.log(`transfer: ${first.toFixed(0)} kB, further ${parts.join(", ")}`);
 }
 
 /** From the address to the button, and from the click to the first frame and the first sound. */
