@@ -178,7 +178,9 @@ async function rounds(open, folder) {
         await show.close();
     }
     console.log(`rounds: to the end of the third in ${median(firsts).toFixed(0)} ms at once;`);
-    console.log(`    then in it ${median(laters).toFixed(0)} ms, at most ${Math.max(...laters).toFixed(0)} ms`);
+    console.log(
+        `    then in it ${median(laters).toFixed(0)} ms, at most ${Math.max(...laters).toFixed(0)} ms`,
+    );
 }
 
 /** A film of three seconds by the page's button, while the show plays on. */
