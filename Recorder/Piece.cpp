@@ -41,9 +41,13 @@ std::string withoutSpeaker(const std::string& line) {
     return space != std::string::npos && space > 0 && line[space - 1] == ':' ? line.substr(space + 1) : line;
 }
 
+/// What ssh is to run: there the library of OpenGL is to keep no compiled shaders in the home folder.
+std::string there(const Arguments& command) {
+    return "exec env MESA_SHADER_CACHE_DISABLE=true " + quoted(command);
+}
+
 Arguments onMachine(const std::string& machine, const Arguments& command) {
-    return machine == ":" ? command
-                          : Arguments{"ssh", "-o", "BatchMode=yes", "--", machine, "exec " + quoted(command)};
+    return machine == ":" ? command : Arguments{"ssh", "-o", "BatchMode=yes", "--", machine, there(command)};
 }
 
 } // namespace

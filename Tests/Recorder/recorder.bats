@@ -300,7 +300,7 @@ machines() {
         exec 9>>"$folder/left"
         unshare -rm true 2>/dev/null || exec sh -c "$command"
         export folder command
-        exec unshare -rm bash -c "mount -t tmpfs far \$folder && cd \$folder && export TMPDIR=\$folder
+        exec unshare -rm bash -c "mount -t tmpfs far \$folder && cd \$folder && export {TMPDIR,XDG_CACHE_HOME}=\$folder
             sh -c \"\$command\"; status=\$?; ls -A >&9; exit \$status"'
 }
 
