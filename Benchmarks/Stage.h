@@ -13,7 +13,6 @@ struct Stage {
 
     void atSwap();
     static void atPump() {}
-    Uint32 readClock() const { return now; }
     template <typename... Arguments>
     static constexpr bool note(const Arguments&... /*arguments*/) {
         return true;

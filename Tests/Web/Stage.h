@@ -35,17 +35,16 @@ struct Stage {
     /// The lattice is the first that is drawn.
     template <typename Pen, typename Place>
     void show(const Pen& /*pen*/, const Place& /*place*/, GLsizei /*count*/, const GLuint* /*indices*/,
-              const char* positions, const char* /*colours*/, std::size_t stride) {
+              const char* records, std::size_t stride) {
         const std::size_t points = 10000;
         if (latticeDue) {
-            add(positions, points * stride / sizeof(float));
+            add(records, points * stride / sizeof(float));
             latticeDue = false;
         }
     }
     void atSwap();
 
     static void atPump() {}
-    Uint32 readClock() const { return now; }
     static constexpr bool watching = false;
     static constexpr bool works(const char* /*call*/) { return true; }
     static constexpr GLenum nextError() { return GL_NO_ERROR; }

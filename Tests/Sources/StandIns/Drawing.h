@@ -12,8 +12,8 @@ struct Place {
     Vector3f x{1, 0, 0}, y{0, 1, 0}, z{0, 0, 1}, origin{};
 
     Vector3f at(const Vector3f& p) const { return origin + x * p.x + y * p.y + z * p.z; }
-    Place moved(const Vector3f& by) const { return {x, y, z, at(by)}; }
-    Place scaled(const Vector3f& by) const { return {x * by.x, y * by.y, z * by.z, origin}; }
+    void move(const Vector3f& by) { origin = at(by); }
+    void scale(const Vector3f& by) { *this = {x * by.x, y * by.y, z * by.z, origin}; }
     void turn(double degrees, const Vector3f& axis) {
         const auto s = static_cast<float>(std::sin(degrees * M_PI / 180));
         const auto c = static_cast<float>(std::cos(degrees * M_PI / 180));
@@ -29,11 +29,11 @@ struct Drawing {
     GLenum kind = 0;
     std::vector<Point> points{};  ///< in the world, two a line
     std::array<float, 2> sizes{}; ///< of points and of lines, in pixels
-    std::array<double, 4> lens{}; ///< opening, shape, near and far
     GLuint target = 0;            ///< the texture drawn into, 0: the window
     GLuint program = 0, texture = 0;
-    float beat = 0, fade = 0;           ///< that the program was told
-    bool added = false, tested = false; ///< to what is there; by its depth
+    bool blends = false, adds = false, tested = false;
+
+    bool added() const { return blends && adds; } ///< to what is there
 };
 
 /// Eye, point looked at, upwards.
