@@ -1,6 +1,7 @@
 #include "Piece.h"
 
 #include "Draft.h"
+#include "StopRequest.h"
 #include "describe.h"
 
 #include <algorithm>
@@ -133,6 +134,9 @@ void Piece::take(std::size_t voice, const char* text, std::size_t count) {
 void Piece::finish() {
     const int status = recorder->wait();
     recorder.reset();
+    if (StopRequest::getSignal() != 0) {
+        return; // what the keyboard sends has reached it too
+    }
     if (WIFSIGNALED(status)) {
         fail("killed by signal " + std::to_string(WTERMSIG(status)));
     }

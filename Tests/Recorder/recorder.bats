@@ -294,6 +294,7 @@ machines() {
         case $machine in
             dead) echo "ssh: connect to host dead port 22: No route to host" >&2 && exit 255 ;;
             hung) exec sleep 1000 ;;
+            stopped) exec >&- 2>&-; sleep 0.2; kill -INT $PPID; exit 255 ;;
             old) command=${command/--piece/--older} ;;
             other) command=$(sed "s/--piece. ./&0/" <<<"$command") ;;
         esac
@@ -345,6 +346,7 @@ END
     fails 1 'failed: killed by signal 9' record --to 0.6 --jobs 2 video.mp4
     command_is ffmpeg 'kill -TERM $(ps -o ppid= $PPID); exec cat >/dev/null'
     fails 143 'stopped before there was anything to keep' record --to 0.6 --jobs 2 video.mp4
+    fails 130 'stopped before there was anything to keep' record --jobs 2 --sshlogin stopped video.mp4
     rm ../bin/ffmpeg
     fails 1 "can't keep it: File too large" within 1 --to 0.6 --jobs 1 video.mp4
     [ "$(cat video.mp4)" = precious ]
