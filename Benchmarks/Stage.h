@@ -12,7 +12,6 @@ struct Stage {
     std::array<Uint8, SDLK_LAST> keys{};
 
     void atSwap();
-    static void atPump() {}
     template <typename... Arguments>
     static constexpr bool note(const Arguments&... /*arguments*/) {
         return true;

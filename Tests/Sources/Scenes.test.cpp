@@ -17,15 +17,6 @@ namespace {
 using Ms = unsigned int;
 using Scenes = OnStage;
 
-/// The mean of the places of points.
-Vector3f middleOf(const Points& points) {
-    Vector3f sum;
-    for (const Point& point : points) {
-        sum = sum + point.position;
-    }
-    return sum * (1.0f / static_cast<float>(points.size()));
-}
-
 /// A random number as a part of 1.
 float part(int n) { return n / 2147483648.0f; }
 
@@ -47,7 +38,7 @@ struct Screening {
     bool play() { return scene->update(camera, &grid, &music, std::exchange(ms, ms + 15) - 7000); }
     /// Up to the update at this time on the scene's own clock.
     void playTo(Ms end) {
-        while (ms <= end) {
+        while (ms <= end && !testing::Test::HasFatalFailure()) {
             ASSERT_TRUE(play()) << ms;
         }
     }
@@ -91,7 +82,7 @@ TEST_F(Scenes, fadeInAndOut) {
             screening.playTo(ms);
             EXPECT_NEAR(screening.scene->getFadeValue(), fade, 6e-4) << scene << " at " << ms;
         }
-        while (screening.play()) {
+        while (!HasFatalFailure() && screening.play()) {
         }
         EXPECT_EQ(screening.scene->getFadeValue(), 0) << "after its end";
     }

@@ -44,7 +44,6 @@ struct Stage {
     }
     void atSwap();
 
-    static void atPump() {}
     static constexpr bool watching = false;
     static constexpr bool works(const char* /*call*/) { return true; }
     static constexpr GLenum nextError() { return GL_NO_ERROR; }

@@ -19,10 +19,7 @@ void SDL_GL_SwapBuffers() {
     stage.note("swap");
     stage.atSwap();
 }
-void SDL_PumpEvents() {
-    stage.note("keys");
-    stage.atPump();
-}
+void SDL_PumpEvents() { stage.note("keys"); }
 Uint8* SDL_GetKeyState(int* numkeys) {
     *numkeys = static_cast<int>(stage.keys.size());
     return stage.keys.data();

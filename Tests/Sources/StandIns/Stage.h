@@ -52,7 +52,7 @@ struct Stage {
 
     Uint32 now = 1000; ///< ms
     std::array<Uint8, SDLK_LAST> keys{};
-    std::function<void()> atSwap = [] {}, atPump = [] {};
+    std::function<void()> atSwap = [] {};
     std::array<float, 512> spectrum{};
     std::size_t failingCheck = 0;     ///< the one that finds an error, counted from 1
     std::string_view failing;         ///< the call that fails, the extension that is missing
@@ -104,6 +104,15 @@ const std::string WHITE = "1 1 1 0.7";
 /// Points as white as the front of a wave.
 inline auto whitesOf(const Points& points) {
     return std::count_if(points.begin(), points.end(), [](const Point& p) { return p.colour.g == 1; });
+}
+
+/// The mean of their places.
+inline Vector3f middleOf(const Points& points) {
+    Vector3f sum;
+    for (const Point& point : points) {
+        sum = sum + point.position;
+    }
+    return sum * (1.0f / static_cast<float>(points.size()));
 }
 
 /// What an action draws.
