@@ -5,8 +5,6 @@
 #include "Playing.h"
 #include "Track.h"
 
-#include <AL/al.h>
-#include <AL/alc.h>
 #include <AL/alext.h>
 #include <gtest/gtest.h>
 
@@ -16,6 +14,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <iostream>
 #include <thread>
 #include <vector>
 
@@ -94,7 +93,7 @@ constexpr long long SILENCE = 1000000000; // where no song has a frame
 constexpr int FADE = 2048;                // one portion of the mixer
 
 TEST(Device, PlaysEveryFrameAndTheShowIsInStepWithTheEar) {
-    const Noise noise(5LL * 44100);
+    const Noise noise(5LL * 44100 - 123); // the last of any portions is not full
     Room room(noise.song);
     FMOD_Clock_Set([] { return clockTime; });
     const auto output = fmodex::Output::open();
@@ -202,6 +201,7 @@ static void playInRealTime(const char* drivers) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500));
+        std::cerr << "the show's own line";
     }
     std::exit(testing::Test::HasFailure() ? EXIT_FAILURE : EXIT_SUCCESS);
 }
@@ -210,6 +210,6 @@ static void playInRealTime(const char* drivers) {
 TEST(Device, SetsThePaceQuietlyAndIsNotNeeded) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     for (const char* const drivers : {"null", "alsa"}) {
-        EXPECT_EXIT(playInRealTime(drivers), testing::ExitedWithCode(0), "^$") << drivers;
+        EXPECT_EXIT(playInRealTime(drivers), testing::ExitedWithCode(0), "^the show's own line$") << drivers;
     }
 }
