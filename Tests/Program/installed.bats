@@ -1,27 +1,24 @@
 # The show as it is installed, by a package for the system or unpacked from the archive, and moved since.
 
-bats_require_minimum_version 1.5.0
 load screen
-
-setup_file() { open_screen; }
-teardown_file() { close_screen; }
-teardown() { stop_show; }
 
 # Installs that part of the program, moves it, and goes where nothing is.
 install_and_move() {
     cmake --install "${QUELAR_BUILD:-$root/build}" --prefix "$BATS_TEST_TMPDIR/first" --component "$1" >/dev/null
     mkdir "$BATS_TEST_TMPDIR/nowhere"
     cd "$BATS_TEST_TMPDIR/nowhere"
-    place="$BATS_TEST_TMPDIR/a second place" && mv ../first "$place"
+    place="$BATS_TEST_TMPDIR/another's place" && mv ../first "$place"
 }
 
-# The command plays and the other one records, here and without an environment.
+# The command plays and the other one records, here and without an environment, and all that is there stays as it is.
 plays_and_records() {
+    ls -lRA --full-time "$place" >"$BATS_TEST_TMPDIR/before"
     play_show "${bare[@]}" "$1"
-    ran </dev/null
+    ran
     "${bare[@]}" "$1-record" --size 16x16 --to 0.1 - >frames
     [ "$(wc -c <frames)" -ge $((16 * 16 * 3)) ]
-    [ "$(ls)" = frames ]
+    [ "$(ls -A)" = frames ]
+    ls -lRA --full-time "$place" | is "$BATS_TEST_TMPDIR/before"
 }
 
 @test "system: its commands play and record from anywhere" {
@@ -29,7 +26,7 @@ plays_and_records() {
     plays_and_records "$place/games/quelar"
     ln -s "$place/games/quelar" ../linked
     play_show ../linked
-    ran </dev/null
+    ran
     desktop=$place/share/applications/quelar.desktop
     [ -x "$place/games/$(sed -n 's/^Exec=//p' "$desktop")" ]
     [ -s "$place/share/icons/hicolor/scalable/apps/$(sed -n 's/^Icon=//p' "$desktop").svg" ]

@@ -1,10 +1,12 @@
 # For the tests: the show as a process on a virtual screen of its own, and what a viewer sees and does there.
 
+bats_require_minimum_version 1.5.0
+
 root=$(cd "$BATS_TEST_DIRNAME/../.." && pwd)
 bin=${QUELAR_BUILD:-$root/build}/bin
 
-# Starts a screen for the tests of the file.
-open_screen() {
+# The tests of a file have a screen.
+setup_file() {
     read -r DISPLAY screen_pid < <(
         source "$root/Scripts/setup.sh"
         virtual_display 1024x768 3>&-
@@ -14,16 +16,15 @@ open_screen() {
     export DISPLAY screen_pid
 }
 
-close_screen() { kill "$screen_pid"; }
+teardown_file() { kill "$screen_pid"; }
 
 # Put before a command: no environment but the screen, and a home where libraries leave what they like.
 bare=(env -i DISPLAY="${DISPLAY:-}" HOME="${BATS_TEST_TMPDIR:-}")
 
 # Makes the current directory one to start the show from: a copy of its data, to be changed at will.
 stage() {
-    mkdir -p "$BATS_TEST_TMPDIR/${1:-stage}"
-    cp -R "$root/data" "$BATS_TEST_TMPDIR/${1:-stage}"
-    cd "$BATS_TEST_TMPDIR/${1:-stage}"
+    mkdir "$BATS_TEST_TMPDIR/stage" && cd "$BATS_TEST_TMPDIR/stage"
+    cp -R "$root/data" .
 }
 
 # Starts the show, by the given command in place of the program itself.
@@ -44,10 +45,8 @@ running() { kill -0 "$pid" 2>/dev/null; }
 # Waits until the given command succeeds or the show is over.
 await() { until "$@" || ! running; do sleep 0.05; done; }
 
-started() { grep -qx 'Start !' "$out"; }
-
 # Starts the show and returns once it runs or is over.
-start() { launch "$@" && await started; }
+start() { launch "$@" && await grep -qx 'Start !' "$out"; }
 
 # The status with which the show ends, in status.
 await_end() {
@@ -65,7 +64,7 @@ play_show() {
 }
 
 # After a test that failed half-way: the screen answers again, the show is over, the key is let go of.
-stop_show() {
+teardown() {
     kill -CONT "$screen_pid"
     [ -z "${pid:-}" ] || ! running || pkill -KILL -P "$pid" || true
     xdotool keyup Escape
@@ -80,18 +79,16 @@ RUN_LINES="${START_LINES}Texture preparation (R2T)\nGL Texture ID created: 1\nGL
 Frame buffer preparation (R2T)\nNew FrameBuffer id: 1\nFrameBuffer created\nStart !\nEnd !
 FrameBuffer '1' deleted\nMusic deleted\nZentrik closed\n"
 
-# What the player tells of the size that it has chosen.
-CHOSEN='software draws here: the picture is 640x480 (--size asks for another)'
-
-# The show ended with a status and said this: the status, the lines on standard output, those on standard error.
+# The show ended with a status and said this: the status, the lines on standard output, those on standard error but for
+# what the player tells of the size that it has chosen.
 refused() {
     [ "$status" -eq "$1" ]
     is "$out" < <(printf '%b' "$2")
-    is <(grep -avF ": $CHOSEN" "$err") < <(printf '%b' "$3")
+    is <(grep -vF ': software draws here: the picture is 640x480 (--size asks for another)' "$err") < <(printf '%b' "$3")
 }
 
 # The show ran, was left or came to its end, and had nothing but that to say on standard error.
-ran() { refused 0 "$RUN_LINES" "${1:-}"; }
+ran() { refused 0 "$RUN_LINES" ''; }
 
 # The show is seen at last, as WIDTHxHEIGHT+X+Y: all that is lit on the screen.
 seen() {
