@@ -313,6 +313,7 @@ test("shader texts: seen as they are typed or saved elsewhere, marked, taken bac
         assert.equal(answer.resume().statusCode, status, path);
         if (status === 200) assert.equal(answer.headers["cache-control"], "no-cache");
     }
+    const [other] = await once(get(`${url}events`), "response"); // another page, open before
 
     await walk({ url, hash: "t=20&pause" }, async (show) => {
         const { page, shows, until, picture, read, says } = show;
@@ -339,6 +340,8 @@ test("shader texts: seen as they are typed or saved elsewhere, marked, taken bac
         const first = await picture();
         await save("hblur.ps");
         await says("^hblur.ps is read anew.$");
+        const [told] = await once(other, "data", { signal: AbortSignal.timeout(30000) });
+        assert.match(String(told), /^data: hblur.ps\n/);
         await page.click("#look");
         await page.waitForSelector(">>> .cm-content");
         assert.equal(
