@@ -88,6 +88,27 @@ TEST_F(Scenes, fadeInAndOut) {
     }
 }
 
+/// A scene whose clock can be read.
+template <typename S>
+struct Clocked : S {
+    /// By how much it has moved on after the last frame.
+    Ms playToItsEnd() {
+        RotatingCamera camera({6, 0, 6}, 6, 0.3f);
+        Grid grid(100, 100, 1.5f);
+        Music music;
+        const Ms begin = 1000;
+        for (Ms ms = begin; S::update(camera, &grid, &music, ms); ms += 15) {
+        }
+        return S::startTime - begin;
+    }
+};
+
+TEST_F(Scenes, moveTheirClocksOnWithEachFlightTheLastOneToo) {
+    EXPECT_EQ(Clocked<SceneSpectrumPart>().playToItsEnd(), 10000U);
+    EXPECT_EQ(Clocked<SceneSpectrumImpulsePart>().playToItsEnd(), 15000U);
+    EXPECT_EQ(Clocked<ScenePartWorld>().playToItsEnd(), 25000U);
+}
+
 TEST_F(Scenes, greetSevenGroups) {
     Screening screening(GREETINGS);
     std::string letters; // that are there when 2.79 s have passed again, and two frames later
