@@ -80,6 +80,7 @@ struct Asking : Signals {
 };
 
 TEST_F(Parts, anyControllerEndsTheShowAndAllAreAsked) {
+    Asking::asked = 0;
     InputManager manager;
     manager.registerController(new Asking());
     manager.registerController(new Asking());
