@@ -111,11 +111,11 @@ async function work(open) {
             });
             return times.map(({ frames, time }) => (1000 * time) / frames);
         }, everyFrame);
-    const rounds = [];
-    for (let i = 0; i < REPEATS; i++) rounds.push([await run(false), await run(true)]);
+    const runs = [];
+    for (let i = 0; i < REPEATS; i++) runs.push([await run(false), await run(true)]);
     await show.close();
     native.forEach((here, row) => {
-        const [unseen, drawn] = [0, 1].map((kind) => median(rounds.map((round) => round[kind][row])));
+        const [unseen, drawn] = [0, 1].map((kind) => median(runs.map((one) => one[kind][row])));
         const name = row < native.length - 1 ? `scene ${row + 1}` : "show";
         console.log(
             `work, ${name}: ${unseen.toFixed(0)} us a frame, native ${here.toFixed(0)}, ratio ${(unseen / here).toFixed(2)}; with its lists ${drawn.toFixed(0)} us`,
