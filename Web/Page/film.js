@@ -6,6 +6,8 @@ import { minutes } from "./timeline.js";
 /** @typedef {import("../Player/Player.js").Player} Player */
 
 const SIZES = ["640x480", "1280x960", "1920x1440"];
+const LACKING =
+    "This browser cannot film: that takes WebCodecs, which Chrome, Edge, Firefox and Safari have in their newest versions.";
 
 /** Asks what is to be filmed, films it beside the page, and tells how far it is. */
 export class FilmPanel {
@@ -78,20 +80,19 @@ export class FilmPanel {
             this.#says.textContent = "A film goes from a moment to a later one.";
             return;
         }
-        const kind = await kindOfFilm(size);
-        if (!kind) {
-            this.#says.textContent =
-                "This browser cannot film: that takes WebCodecs, which Chrome, Edge, Firefox and Safari have in their newest versions.";
-            return;
-        }
-        const name = `quelar.${kind.ending}`;
         const making = new AbortController();
-        const handle = await pick(name, kind.ending);
-        if (handle === null) return;
         this.#make(making);
-        const began = performance.now();
-        let told = 0;
+        /** @type {any} */
+        let handle;
         try {
+            const kind = await kindOfFilm(size);
+            if (!kind) throw new Error(LACKING);
+            const name = `quelar.${kind.ending}`;
+            handle = await pick(name, kind.ending);
+            if (handle === null) making.abort();
+            making.signal.throwIfAborted();
+            const began = performance.now();
+            let told = 0;
             const file = await handle?.createWritable();
             const made = await film(this.#player, {
                 ...{ size, from, to, kind, file },
@@ -115,7 +116,7 @@ export class FilmPanel {
                 ? "It was cancelled; nothing is left of it."
                 : Object(error).message;
             this.#says.textContent = why;
-            if (!making.signal.aborted) say(`The film could not be made: ${why}`);
+            if (this.#panel.hidden) say(`There is no film: ${why}`);
             this.#bar.hidden = true;
         } finally {
             this.#make(undefined);

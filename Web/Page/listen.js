@@ -24,13 +24,16 @@ export function listening(player) {
     /** @param {() => Promise<MediaStream>} ask */
     const listen = async (ask) => {
         dialog.close();
+        /** @type {MediaStream | undefined} */
+        let stream;
         try {
-            const stream = await ask();
-            if (!stream.getAudioTracks().length) throw new DOMException("", "NoSound");
+            stream = await ask();
             for (const picture of stream.getVideoTracks()) picture.stop();
+            if (!stream.getAudioTracks().length) throw new DOMException("", "NoSound");
             await player.listen(stream);
             say("The show listens. Nothing is recorded, and nothing leaves this machine.");
         } catch (error) {
+            for (const sound of stream?.getAudioTracks() ?? []) sound.stop();
             const reason = REASONS.get(Object(error).name) ?? "No sound came with it";
             return say(`${reason}: the show goes on with its own track.`);
         }
