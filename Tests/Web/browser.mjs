@@ -7,7 +7,7 @@ import { createServer } from "node:http";
 import { createRequire } from "node:module";
 import { tmpdir } from "node:os";
 import { extname, join } from "node:path";
-import { after, before } from "node:test";
+import { after, before, test } from "node:test";
 import { fileURLToPath } from "node:url";
 import { promisify } from "node:util";
 
@@ -33,88 +33,92 @@ const TYPES = {
     ".svg": "image/svg+xml",
 };
 
-/** A server for the page, like any other, and a folder for what is downloaded from it. */
-async function serve() {
+/** A browser, a server for the page, like any other, and a folder for what is downloaded from it. */
+async function open(launch) {
+    const folder = await mkdtemp(join(tmpdir(), "quelar-page-"));
+    const browser = await launch(folder);
     const server = createServer(async ({ url }, answer) => {
         const path = new URL(url, "http://localhost").pathname.replace(/\/$/, "/index.html");
-        const file = await readFile(join(BUILT, path)).catch(() => undefined);
+        const bytes = await readFile(join(BUILT, path)).catch(() => undefined);
         const type = TYPES[extname(path)] ?? "application/octet-stream";
-        answer.writeHead(file ? 200 : 404, { "Content-Type": type, "Content-Length": file?.length ?? 0 });
-        answer.end(file);
+        answer.writeHead(bytes ? 200 : 404, { "Content-Type": type, "Content-Length": bytes?.length ?? 0 });
+        answer.end(bytes);
     });
     await new Promise((done) => server.listen(0, "127.0.0.1", done));
-    const folder = await mkdtemp(join(tmpdir(), "quelar-page-"));
-    return { server, folder, url: `http://127.0.0.1:${server.address().port}/` };
+    const close = async () => {
+        await browser.close();
+        server.close();
+        await rm(folder, { recursive: true, force: true });
+    };
+    return { browser, folder, close, url: `http://127.0.0.1:${server.address().port}/` };
 }
 
 /**
  * The page as it is met in Debian's Chromium, without a window. It draws by the same software OpenGL as the rest of
  * the tests.
  * @param {string[]} [more] options of the browser
- * @returns {Promise<{browser: object, url: string, folder: string, close: () => Promise<void>}>}
  */
-export async function openBrowser(more = []) {
-    const { server, folder, url } = await serve();
-    const browser = await puppeteer.launch({
-        executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
-        downloadBehavior: { policy: "allow", downloadPath: folder },
-        protocolTimeout: PATIENCE_MS,
-        args: [
-            "--no-sandbox",
-            "--disable-dev-shm-usage",
-            "--use-gl=angle",
-            "--use-angle=gl-egl",
-            "--ignore-gpu-blocklist",
-            "--disable-component-update",
-            "--autoplay-policy=user-gesture-required",
-            ...more,
-        ],
-    });
-    const close = async () => {
-        await browser.close();
-        server.close();
-        await rm(folder, { recursive: true, force: true });
-    };
-    return { browser, url, folder, close };
-}
+export const openBrowser = (more = []) =>
+    open((folder) =>
+        puppeteer.launch({
+            executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
+            downloadBehavior: { policy: "allow", downloadPath: folder },
+            protocolTimeout: PATIENCE_MS,
+            args: [
+                "--no-sandbox",
+                "--disable-dev-shm-usage",
+                "--use-gl=angle",
+                "--use-angle=gl-egl",
+                "--ignore-gpu-blocklist",
+                "--disable-component-update",
+                "--autoplay-policy=user-gesture-required",
+                ...more,
+            ],
+        }),
+    );
 
 /** The page in Debian's Firefox, which draws only where there is a screen: it gets one that nobody sees. */
-export async function openFirefox() {
-    const { server, folder, url } = await serve();
-    const options = ["-displayfd", "3", "-screen", "0", "1024x768x24", "-nolisten", "tcp"];
-    const screen = spawn("Xvfb", options, { stdio: ["ignore", "ignore", "ignore", "pipe"] });
-    const [number] = await once(screen.stdio[3], "data");
-    const browser = await puppeteer.launch({
-        browser: "firefox",
-        executablePath: "/usr/bin/firefox-esr",
-        headless: false,
-        env: { ...process.env, DISPLAY: `:${String(number).trim()}`, HOME: folder },
-        protocolTimeout: PATIENCE_MS,
+export const openFirefox = () =>
+    open(async (folder) => {
+        const options = ["-displayfd", "3", "-screen", "0", "1024x768x24", "-nolisten", "tcp"];
+        const screen = spawn("Xvfb", options, { stdio: ["ignore", "ignore", "ignore", "pipe"] });
+        process.once("exit", () => screen.kill());
+        const [number] = await once(screen.stdio[3], "data");
+        for (const tie of [screen, screen.stdio[3]]) tie.unref();
+        return puppeteer.launch({
+            browser: "firefox",
+            executablePath: "/usr/bin/firefox-esr",
+            headless: false,
+            env: { ...process.env, DISPLAY: `:${String(number).trim()}`, HOME: folder },
+            protocolTimeout: PATIENCE_MS,
+        });
     });
-    const close = async () => {
-        await browser.close();
-        screen.kill();
-        server.close();
-        await rm(folder, { recursive: true, force: true });
-    };
-    return { browser, url, folder, close };
-}
 
 /**
- * What the tests of a file share, from the first to the last.
+ * What the tests of a file share, from the first to the last: a browser, a folder, and how they visit the page.
  * @param {(shared: {browser: object, url: string, folder: string}) => Promise<void>} prepare what the tests need
- * @param {string[]} [more] arguments of the browser's
+ * @param {string[]} [more] options of the browser
+ * @param {(show: object) => object} [abilities] what else visitors do and wait for
  */
-export function shareBrowser(prepare, more) {
+export function shareBrowser(prepare, more = [], abilities = () => ({})) {
     const shared = {};
     before(async () => prepare(Object.assign(shared, await openBrowser(more))));
     after(() => shared.close?.());
-    return shared;
+    /** Walks through a page of its own, which must stay free of complaints. */
+    const walk = async (wishes, steps) => {
+        const show = await openPage({ ...shared, ...wishes });
+        await steps({ ...show, ...abilities(show) }).catch((error) => show.problems.unshift(error.stack));
+        await show.close();
+    };
+    return {
+        shared,
+        walk,
+        visit: (name, wishes, steps) => test(name, () => walk(wishes, steps)),
+        file: (name) => join(shared.folder, name),
+        /** Runs FFmpeg in the folder, by words that are parted by blanks. */
+        ffmpeg: (words) => run("ffmpeg", ["-v", "error", ...words.split(" ")], { cwd: shared.folder }),
+    };
 }
-
-/** Writes a sound file: a minute of a tone, or of silence if that is of no hertz. */
-export const writeTone = (file, hertz) =>
-    run("ffmpeg", ["-v", "error", "-f", "lavfi", "-i", `sine=${hertz}:duration=60`, file]);
 
 /**
  * Opens the page and watches over it: `close` fails if it said anything on the console but lines of the show, if
@@ -154,6 +158,8 @@ export async function openPage({
     const read = page.evaluate.bind(page);
     /** Waits until a function of the page gives true. */
     const until = (condition, ...values) => page.waitForFunction(condition, { polling: "raf" }, ...values);
+    /** Waits until the document says that the show is loading, ready, playing, paused, ended or failed. */
+    const shows = (state) => until((wanted) => document.documentElement.dataset.show === wanted, state);
     /** Waits for so many frames of the browser's, whether the show draws or not. */
     const ticks = (count) =>
         read(async (left) => {
@@ -168,8 +174,12 @@ export async function openPage({
         problems,
         read,
         until,
-        /** Waits until the document says that the show is loading, ready, playing, paused, ended or failed. */
-        shows: (state) => until((wanted) => document.documentElement.dataset.show === wanted, state),
+        shows,
+        /** Plays as a visitor has it play. */
+        async start() {
+            await (await page.waitForSelector("#start:enabled")).click();
+            await shows("playing");
+        },
         time: () => read(() => window.quelar.time),
         /** Waits until so many more frames are drawn. */
         frames: (count) =>

@@ -9,39 +9,12 @@ import { join } from "node:path";
 import { test } from "node:test";
 import { pathToFileURL } from "node:url";
 
-import { BUILT, openPage, ours, run, shareBrowser, writeTone } from "./browser.mjs";
+import { BUILT, ours, shareBrowser } from "./browser.mjs";
 
 const FRAME = 0.015; // seconds
-const SCENES = "Opening Flight Greetings Fountains Waves Descent";
-
-const file = (name) => join(shared.folder, name);
-const shared = shareBrowser(
-    async ({ browser, url }) => {
-        const rights = ["clipboard-read", "clipboard-sanitized-write"];
-        await browser.defaultBrowserContext().overridePermissions(new URL(url).origin, rights);
-        await writeTone(file("low.wav"), 1000);
-        await writeTone(file("high.wav"), 3000);
-        const thrice = ["-stream_loop", "2", "-i", file("low.wav"), "-t", "130"];
-        await run("ffmpeg", ["-v", "error", ...thrice, file("long.mp3")]);
-        await writeFile(file("broken.mp3"), "no music at all ".repeat(500));
-    },
-    ["--use-fake-device-for-media-stream"],
-);
-
-/** Walks through a page of its own, which must stay free of complaints. */
-async function walk(wishes, steps) {
-    const show = await openPage({ ...shared, ...wishes });
-    await steps({ ...show, ...visitor(show) }).catch((error) => show.problems.unshift(error.stack));
-    await show.close();
-}
-const visit = (name, wishes, steps) => test(name, () => walk(wishes, steps));
 
 /** What a visitor does and waits for. */
-const visitor = ({ page, shows, until, place }) => ({
-    async start() {
-        await (await page.waitForSelector("#start:enabled")).click();
-        await shows("playing");
-    },
+const visitor = ({ page, until, place }) => ({
     /** Waits until the loudest that comes out of the page is a tone from so many hertz to so many; 0 is silence. */
     hears: (lowest, highest = lowest) =>
         until(
@@ -60,18 +33,19 @@ const visitor = ({ page, shows, until, place }) => ({
     /** Waits until the page says something on the picture's lower edge. */
     says: (words) =>
         until((wanted) => new RegExp(wanted).test(document.getElementById("notice").textContent), words),
-    /** Waits until the show stands at a time, its frame drawn. */
-    stands: (seconds) => until((wanted) => Math.abs(window.quelar.time - wanted) < 0.0151, seconds),
+    /** Waits until the frame of a moment is drawn: the last that has begun by then. */
+    stands: (seconds) =>
+        until(
+            (frames) => Math.round(window.quelar.time / 0.015) === Math.floor(frames),
+            seconds / FRAME + 1e-6,
+        ),
     goesOn: (seconds) => until((last) => window.quelar.time > last, seconds),
     /** Waits for the frame that the timeline's handle is at. */
     followsHandle: () =>
         until(() => Math.abs(window.quelar.time - document.getElementById("time").value) < 0.0151),
-    /** What a button says, to the pointer that rests on it and to who cannot see it. */
-    tells: (selector) => page.$eval(selector, (one) => `${one.title}, ${one.ariaLabel}, ${one.ariaPressed}`),
     text: (selector) => page.$eval(selector, (one) => one.innerText.replace(/\s+/g, " ")),
     opacity: (wanted) =>
         until((value) => getComputedStyle(document.getElementById("controls")).opacity === value, wanted),
-    idles: () => until(() => "idle" in document.documentElement.dataset),
     /** Chooses a file by the button for it. */
     async choose(name) {
         const [chooser] = await Promise.all([page.waitForFileChooser(), page.click("#music")]);
@@ -88,6 +62,19 @@ const visitor = ({ page, shows, until, place }) => ({
     },
 });
 
+const { shared, file, ffmpeg, walk, visit } = shareBrowser(
+    async ({ browser, url }) => {
+        const rights = ["clipboard-read", "clipboard-sanitized-write"];
+        await browser.defaultBrowserContext().overridePermissions(new URL(url).origin, rights);
+        await ffmpeg("-f lavfi -i sine=1000:duration=60 low.wav");
+        await ffmpeg("-f lavfi -i sine=3000:duration=60 high.wav");
+        await ffmpeg("-stream_loop 2 -i low.wav -t 130 long.mp3");
+        await writeFile(file("broken.mp3"), "no music at all ".repeat(500));
+    },
+    ["--use-fake-device-for-media-stream"],
+    visitor,
+);
+
 const watch = () => {
     Object.assign(window, { awake: 0, said: [] });
     const request = async () => (window.awake++, { release: async () => window.awake-- });
@@ -98,8 +85,7 @@ const watch = () => {
         if (notice) new MutationObserver(note).observe(notice, { childList: true });
     });
 };
-const WATCHED = { prepare: watch };
-visit("one click plays picture and sound; other music starts over", WATCHED, async (show) => {
+visit("one click plays picture and sound; other music starts over", { prepare: watch }, async (show) => {
     const { page, shows, read, ticks, time, place, picture, until, hears, says, drop, text } = show;
     await page.waitForSelector("#start:enabled");
     const seen = await read(() => ({
@@ -119,20 +105,14 @@ visit("one click plays picture and sound; other music starts over", WATCHED, asy
     await show.start();
     await hears(20, 20000);
     await until(() => window.awake === 1);
-    for (const [label, heard] of [
-        ["Sound on, true", 0],
-        ["Mute, false", 20000],
-    ]) {
-        await page.keyboard.press("m");
-        await hears(heard && 20, heard);
-        const [words] = label.split(",");
-        await until((title) => document.getElementById("mute").title === title, `${words} (M)`);
-        assert.equal(await show.tells("#mute"), `${words} (M), ${label}`);
-    }
-    assert.equal(await show.tells("#play"), "Pause (Space), Pause, null");
-    await page.click("#play");
-    await shows("paused");
-    assert.equal(await show.tells("#play"), "Play (Space), Play, null");
+    await page.keyboard.press("m");
+    await hears(0);
+    await page.waitForSelector("#mute[title='Sound on (M)'][aria-pressed=true]");
+    await page.keyboard.press("m");
+    await hears(20, 20000);
+    await page.waitForSelector("#mute[title='Mute (M)'][aria-pressed=false]");
+    await page.click("#play[title='Pause (Space)']");
+    await page.waitForSelector("#play[title='Play (Space)']");
     await until(() => window.awake === 0);
     const stood = [await time(), await picture()];
     await hears(0);
@@ -170,7 +150,8 @@ visit("one click plays picture and sound; other music starts over", WATCHED, asy
     // what is no music is refused in one sentence, and the show goes on
     await drop("broken.mp3");
     await says("^[A-Z][^.]*\\.$");
-    await show.goesOn(await time());
+    await hears(3000);
+    assert.equal(await page.$("[data-drop]"), null);
 
     // a song that is longer than the show goes on with its second round
     await drop("long.mp3");
@@ -179,17 +160,14 @@ visit("one click plays picture and sound; other music starts over", WATCHED, asy
     assert.match(await text("#scenes"), /Descent Opening Flight$/);
     await page.mouse.click(...(await place("#time", 0.85)));
     await until(() => window.quelar.time > 105);
-    assert.match(
-        await page.$eval("#time", (line) => line.ariaValueText),
-        /^1:\d\d \/ 2:10, Opening, round 2$/,
-    );
+    await page.waitForSelector("#time[aria-valuetext$=' / 2:10, Opening, round 2']");
     assert.match(await text("#there"), /^1:\d\d Opening, round 2$/);
 });
 
 visit("the timeline is clicked, dragged and stepped along", { hash: "t=100&pause" }, async (show) => {
     const { page, shows, place, until, time, read, stands } = show;
     await shows("paused");
-    assert.equal(await show.text("#scenes"), SCENES);
+    assert.equal(await show.text("#scenes"), "Opening Flight Greetings Fountains Waves Descent");
     const [starts, duration] = await read(({ scenes, duration: seconds } = window.quelar) => [
         scenes.map((scene) => scene.start),
         seconds,
@@ -213,17 +191,18 @@ visit("the timeline is clicked, dragged and stepped along", { hash: "t=100&pause
     }
     await page.mouse.up();
     await shows("playing");
-
-    // keys; those pressed in a burst add up
     await page.keyboard.press("k");
     await shows("paused");
+    await page.mouse.click(...(await place("#time", 0.5)));
+    await show.followsHandle();
+    assert.equal(await read(() => window.quelar.state), "paused");
+
+    // keys; those pressed in a burst add up
     for (const [keys, seconds] of [
         ["Home", 0],
-        ["ArrowRight", 5],
-        ["ArrowRight ArrowRight ArrowRight", 20],
-        ["ArrowLeft ArrowLeft", 10],
-        ["PageUp", starts[1]],
-        ["PageUp PageUp", starts[3]],
+        ["ArrowRight ArrowRight ArrowRight", 15],
+        ["ArrowLeft ArrowLeft", 5],
+        ["PageUp PageUp PageUp", starts[3]],
         ["PageDown", starts[2]],
         [". . . ,", starts[2] + 2 * FRAME],
         ["l l", starts[2] + 2 * FRAME + 20],
@@ -249,58 +228,39 @@ visit("the timeline is clicked, dragged and stepped along", { hash: "t=100&pause
     assert.deepEqual(await read(() => [window.taken, document.fullscreenElement]), [false, null]);
 });
 
-const busyAndMute = () => {
-    window.requestIdleCallback = () => 0; // no time to look ahead
-    delete window.AudioContext;
-};
-const LINKED = { hash: "t=66.2&seed=7&pause", prepare: busyAndMute, forgiven: /CONTEXT_LOST_WEBGL/ };
+const busy = () => (window.requestIdleCallback = () => 0); // no time to look ahead
+const LINKED = { hash: "t=66.2&seed=7&pause", prepare: busy };
 visit("a link stands still at its frame, which comes back", LINKED, async (show) => {
-    const { page, shows, time, follows, picture, read, stands, until } = show;
+    const { page, shows, follows, picture, read, stands, until } = show;
     await shows("paused");
     await stands(66.2);
     assert.deepEqual(await page.$eval("#canvas", ({ width, height }) => [width, height]), [320, 240]);
     const linked = await picture();
-    const moment = await time();
     await page.keyboard.press("Home");
     await stands(0);
 
-    // another seed is another show, and the first comes back; so does a picture that was lost for a moment
+    // another seed is another show, and the first comes back
     for (const seed of [8, 7]) {
         await follows(`t=66.2&seed=${seed}&pause`);
         await until((wanted) => window.quelar.seed === wanted, seed);
         await stands(66.2);
         assert.equal((await picture()) === linked, seed === 7, `seed ${seed}`);
     }
-    await read(() => {
-        window.loss = document
-            .getElementById("canvas")
-            .getContext("webgl2")
-            .getExtension("WEBGL_lose_context");
-        window.loss.loseContext();
-    });
-    await shows("failed");
-    await page.keyboard.press(" "); // plays nothing on
-    await show.ticks(3);
-    await page.waitForSelector("[data-show=failed] #retry");
-    await read(() => window.loss.restoreContext());
-    await shows("paused");
-    assert.equal(await picture(), linked);
 
     // the link that the page hands out leads to the same frame
     await page.keyboard.press("ArrowLeft");
-    await stands(moment - 5);
+    await stands(61.2);
     await page.click("#copy");
     await show.says("copied");
     const copied = new URL(await read(() => navigator.clipboard.readText())).hash.slice(1);
-    const words = [`t=${Number((await time()).toFixed(3))}`, "seed=7", "size=320x240", "pause"];
-    assert.deepEqual(copied.split("&").sort(), words.sort());
+    assert.deepEqual(copied.split("&").sort(), ["pause", "seed=7", "size=320x240", "t=61.2"]);
 
     // without &pause it waits for the click, then plays from there
-    await follows("t=3.7&seed=9");
-    await stands(3.7);
+    await follows("t=4.02&seed=9");
+    await stands(4.02);
     await page.mouse.click(...(await show.place("#canvas")));
     await shows("playing");
-    await until(() => window.quelar.time > 4 && window.quelar.time < 40);
+    await until(() => window.quelar.time > 4.1 && window.quelar.time < 40);
 });
 
 test("shader texts: seen as they are typed or saved elsewhere, marked, taken back, handed on", async () => {
@@ -326,8 +286,7 @@ test("shader texts: seen as they are typed or saved elsewhere, marked, taken bac
             }
             await told;
         };
-        const judged = (words) =>
-            until((wanted) => document.getElementById("verdict").textContent.includes(wanted), words);
+        const judged = (words) => page.waitForSelector(`#verdict::-p-text(${words})`);
         const button = (name) => page.click(`#editor .row ::-p-text(${name})`);
         const tab = (name) => page.click(`[role=tab]::-p-text(${name})`);
         const inForce = (name = "pulse.ps") => read((which) => window.quelar.shaderText(which), name);
@@ -344,10 +303,6 @@ test("shader texts: seen as they are typed or saved elsewhere, marked, taken bac
         assert.match(String(told), /^data: hblur.ps\n/);
         await page.click("#look");
         await page.waitForSelector(">>> .cm-content");
-        assert.equal(
-            await show.text("[role=tablist]"),
-            "pulse.vs pulse.ps hblur.vs hblur.ps vblur.vs vblur.ps",
-        );
 
         // the colours turned round: on screen though the show stands; the show's keys are letters here
         const original = await inForce();
@@ -368,12 +323,12 @@ test("shader texts: seen as they are typed or saved elsewhere, marked, taken bac
         assert.equal(await show.text("[role=tab][data-bad]"), "pulse.ps");
         assert.equal(await picture(), turned);
         for (let left = "\nwrong".length; left; left--) await page.keyboard.press("Backspace");
-        await judged("In the picture");
-        assert.equal(await page.$("[data-bad]"), null);
 
-        // the text stays while another is looked at, reset, and saved elsewhere
+        // the text stays while another is looked at, reset, and saved elsewhere; it is taken as it is left
         const typed = await shown();
         await tab("hblur.vs");
+        await judged("In the picture");
+        assert.equal(await page.$("[data-bad]"), null);
         await button("Reset");
         await tab("pulse.ps");
         await save("hblur.vs");
@@ -385,7 +340,6 @@ test("shader texts: seen as they are typed or saved elsewhere, marked, taken bac
         await page.click("#save");
         const png = await show.handedOut(`quelar-${(await show.time()).toFixed(3)}.png`);
         assert.deepEqual(png, await show.png());
-        assert.deepEqual([png.readUInt32BE(16), png.readUInt32BE(20)], [320, 240]);
 
         // a link takes it along, which shows after the click and not before; a reset takes it off
         await page.click("#copy");
@@ -417,8 +371,6 @@ test("shader texts: seen as they are typed or saved elsewhere, marked, taken bac
         await show.drop("look.json");
         await says("its own vblur.ps: what the file brings no longer");
         assert.deepEqual([await inForce(), await inForce("vblur.ps")], [original, blur]);
-        await page.keyboard.press("Escape");
-        assert.ok(await page.$("#editor[hidden]"));
     }).finally(() => server.kill());
 });
 
@@ -441,7 +393,7 @@ visit("a hidden tab waits; full screen is left by Escape; controls go by themsel
         await enter();
         await until(() => document.fullscreenElement);
         await page.keyboard.press("Escape");
-        await until(() => !document.fullscreenElement);
+        await page.waitForSelector("#full[title='Full screen (F)']");
     }
     // what lies under the picture goes after two seconds without a move, but not from under the keyboard
     await opacity("0");
@@ -450,7 +402,7 @@ visit("a hidden tab waits; full screen is left by Escape; controls go by themsel
     await opacity("0");
     await page.keyboard.press("Tab");
     await opacity("1");
-    await show.idles();
+    await page.waitForSelector("[data-idle]");
     await show.frames(20);
     await opacity("1");
     await shows("playing");
@@ -481,9 +433,9 @@ visit("all of it is reached by keyboard alone, seen and named", {}, async (show)
         undefined, // past the end, and round
     ]) {
         await page.keyboard.press("Tab");
-        assert.equal(focused(await page.accessibility.snapshot()), stop);
         const outline = await read(() => getComputedStyle(document.activeElement).outlineStyle);
-        assert.equal(outline, stop ? "solid" : "none", stop);
+        const here = focused(await page.accessibility.snapshot());
+        assert.deepEqual([here, outline], [stop, stop ? "solid" : "none"]);
     }
 
     // the texts too, and back out of them
@@ -496,11 +448,9 @@ visit("all of it is reached by keyboard alone, seen and named", {}, async (show)
     assert.equal(await read(() => document.activeElement.textContent), "pulse.ps");
     await page.keyboard.press("Escape");
     assert.equal(await read(() => document.activeElement.id), "look");
-    assert.equal(await read(() => document.querySelectorAll("h1:not(#cover *)").length), 1);
 });
 
-const NARROW = { hash: "t=8&pause" };
-visit("at any width the picture is as large as fits, and all can be touched", NARROW, async (show) => {
+visit("at any width the picture fits, and all can be touched", { hash: "t=8&pause" }, async (show) => {
     const { page, shows, read, until, place } = show;
     await shows("paused");
     const looks = () =>
@@ -533,7 +483,7 @@ visit("at any width the picture is as large as fits, and all can be touched", NA
     }
     await page.tap("#play");
     await shows("playing");
-    await show.idles();
+    await page.waitForSelector("[data-idle]");
     await page.touchscreen.tap(...(await place("#time", 0.8))); // only brings back what it cannot see
     await until(() => !("idle" in document.documentElement.dataset));
     await show.frames(10);
@@ -594,11 +544,7 @@ test("what keeps it from starting is one sentence, with a button where trying ag
 });
 
 const noSoundAndLate = () => {
-    window.AudioContext = class {
-        constructor() {
-            throw new DOMException("There is no sound here.", "NotSupportedError");
-        }
-    };
+    delete window.AudioContext;
     const arrived = new Promise((arrive) => (window.arrive = arrive));
     const { fetch } = window;
     window.fetch = (path) => (/mp3$/.test(path) ? arrived.then(() => fetch(path)) : fetch(path));
@@ -610,7 +556,7 @@ visit(silent, { prepare: noSoundAndLate }, async (show) => {
     await show.read(() => window.arrive());
     await show.start();
     await show.goesOn(0.1);
-    assert.match(await show.tells("#mute"), /^No sound here/);
+    await show.page.waitForSelector("#mute[title^='No sound here']");
 });
 
 test("in another page it listens to live sound, or says why not, and heeds media keys", async () => {
@@ -627,30 +573,32 @@ test("in another page it listens to live sound, or says why not, and heeds media
     const [snippet] = (await readFile(ours("README.md"), "utf8")).match(/<iframe.*?<\/iframe>/s);
     await page.setContent(snippet.replace(/src="[^"]*"/, `src="${url}#size=160x120"`));
     const frame = await (await page.$("iframe")).contentFrame();
+    const until = (condition, ...values) => frame.waitForFunction(condition, {}, ...values);
     const says = (words) =>
-        frame.waitForFunction(
-            (wanted) => document.getElementById("notice").textContent.includes(wanted),
-            {},
-            words,
-        );
-    const state = (wanted) => frame.waitForFunction((to) => window.quelar.state === to, {}, wanted);
+        until((wanted) => document.getElementById("notice").textContent.includes(wanted), words);
+    const state = (wanted) => until((to) => window.quelar.state === to, wanted);
     await (await frame.waitForSelector("#start:enabled")).click();
     await state("playing");
-    for (const [granted, words] of [
-        [[], "refused: the show goes on with its own track"],
-        [["microphone"], "Nothing is recorded, and nothing leaves this machine"],
-    ]) {
-        await rights(...granted);
-        await (await frame.waitForSelector("#listen")).click();
-        await (await frame.waitForSelector("dialog[open] ::-p-text(Microphone)")).click();
+    /** Presses the button, and the first one of the dialog: "Microphone or line in". */
+    const listen = async (words) => {
+        await frame.focus("#listen");
+        await page.keyboard.press("Enter");
+        await page.keyboard.press("Enter");
         await says(words);
-        await state("playing");
-        assert.equal(await frame.evaluate(() => window.quelar.live), granted.length > 0);
-    }
-    assert.equal(await frame.$eval("#timeline", (line) => line.checkVisibility()), false);
-    await frame.waitForFunction(() => document.fullscreenElement);
-    await frame.evaluate(() => document.exitFullscreen());
-    await frame.focus("#listen");
+    };
+    await rights();
+    await listen("refused: the show goes on with its own track");
+    await rights("microphone");
+    await listen("Nothing is recorded, and nothing leaves this machine");
+    await until(() => window.quelar.sound.live.newest.some((sample) => Math.abs(sample) > 0.1));
+    await until(() => document.fullscreenElement && !document.getElementById("timeline").checkVisibility());
+    const heard = await frame.evaluateHandle(() => window.quelar.sound.live.stream.getAudioTracks()[0]);
+    await heard.evaluate((track) => track.dispatchEvent(new Event("ended")));
+    await says("broke off: the show goes on with its own track");
+    await until(() => window.quelar.sounding && window.quelar.state === "playing");
+    assert.equal(await heard.evaluate((track) => track.readyState), "ended"); // no browser's sign of it stays
+
+    await listen("Nothing is recorded");
     await page.keyboard.press("Enter");
     await says("stopped listening");
     await state("paused");
@@ -660,6 +608,6 @@ test("in another page it listens to live sound, or says why not, and heeds media
     await state("playing");
     await key("pause");
     await key("nexttrack");
-    await frame.waitForFunction(() => Math.abs(window.quelar.time - window.quelar.scenes[1].start) < 0.016);
+    await until(() => Math.abs(window.quelar.time - window.quelar.scenes[1].start) < 0.016);
     await page.close();
 });

@@ -2,38 +2,19 @@
 // bring. That its pictures are those of the show, sameness.test.mjs knows.
 import assert from "node:assert/strict";
 import { readdir, readFile, writeFile } from "node:fs/promises";
-import { join } from "node:path";
-import { test } from "node:test";
 
-import { openPage, ours, run, shareBrowser } from "./browser.mjs";
+import { ours, run, shareBrowser } from "./browser.mjs";
 
 const FRAME = 0.015; // seconds
 const ROUND = 103.215;
 
-const file = (name) => join(shared.folder, name);
-/** Runs FFmpeg in the folder of the files, by words that are parted by blanks. */
-const ffmpeg = (words) => run("ffmpeg", ["-v", "error", ...words.split(" ")], { cwd: shared.folder });
-const shared = shareBrowser(async () => {
+const { shared, visit, file, ffmpeg } = shareBrowser(async () => {
     await run("cp", ["-r", ours("data"), file("data")]);
     const track = "-stream_loop 2 -i data/music/quelar.mp3 -sample_fmt s16";
     await ffmpeg(`${track} -t 20 -af volume=-18dB quiet.flac`);
     await ffmpeg(`${track} -t 20 loud.flac`);
     await ffmpeg(`${track} -t 210 long.flac`);
 });
-
-/** A visit that must stay free of complaints. */
-const visit = (name, wishes, steps) =>
-    test(name, async () => {
-        const show = await openPage({ ...shared, ...wishes });
-        await steps(show).catch((error) => show.problems.unshift(error.stack));
-        await show.close();
-    });
-
-/** Plays as a visitor has it play. */
-async function start({ page, shows }) {
-    await (await page.waitForSelector("#start:enabled")).click();
-    await shows("playing");
-}
 
 const seek = ({ read }, seconds) => read((to) => window.quelar.seek(to), seconds);
 
@@ -49,7 +30,7 @@ visit("muted it begins without a sound; from its end it begins again", {}, async
     const { shows, time, page, read, until, picture } = show;
     await shows("ready");
     await read(() => Object.assign(window.quelar, { muted: true, volume: 0.25 }));
-    await start(show);
+    await show.start();
     assert.equal(await read(() => window.quelar.sound.device.gain.gain.value), 0);
     await read(() => void (window.quelar.muted = false));
     await until(() => Math.abs(window.quelar.sound.device.gain.gain.value - 0.25) < 0.01);
@@ -68,44 +49,37 @@ visit("muted it begins without a sound; from its end it begins again", {}, async
     assert.equal(await picture(), last);
 });
 
-visit(
-    "resized and back it is the same picture, of as many pixels as it is large",
-    { size: "" },
-    async (show) => {
-        const { page, read, until } = show;
-        const extent = () => page.$eval("#canvas", (canvas) => [canvas.width, canvas.height]);
-        await show.shows("ready");
+visit("resized it is as it opens at that size, pixel by pixel", { size: "" }, async (show) => {
+    const { page, shows, until, picture } = show;
+    const drawn = async () => {
+        await shows("ready");
         await seek(show, 41);
-        const first = [await extent(), await show.picture()];
-        for (const [width, deviceScaleFactor] of Object.entries({ 500: 2, 800: 1 })) {
-            await page.setViewport({ width: Number(width), height: 700, deviceScaleFactor, hasTouch: true });
-            await until(() => {
-                const canvas = document.getElementById("canvas");
-                return canvas.width === Math.round(canvas.clientWidth * devicePixelRatio);
-            });
-            await read(() => window.quelar.picture());
-        }
-        assert.deepEqual([await extent(), await show.picture()], first);
-    },
-);
+        await until(
+            (canvas) => canvas.width === Math.round(canvas.clientWidth * devicePixelRatio),
+            await page.$("#canvas"),
+        );
+        return picture();
+    };
+    await drawn();
+    await page.setViewport({ width: 500, height: 700, deviceScaleFactor: 2, hasTouch: true });
+    const resized = await drawn();
+    await page.reload();
+    assert.equal(await drawn(), resized);
+});
 
-visit(
-    "frame by frame, and after many starts, it is as after a jump",
-    { hash: "t=66&pause" },
-    async (show) => {
-        const { read, shows, picture } = show;
-        await shows("paused");
-        const jumped = await picture();
-        await read(() => {
-            for (let frame = 4267; frame < 4400; ++frame) window.quelar.show.goTo(frame); // more and more sparks
-        });
-        assert.equal(await picture(), jumped);
-        await read(() => {
-            for (let starts = 0; starts < 300; ++starts) window.quelar.show.start(false);
-        });
-        assert.equal(await picture(), jumped);
-    },
-);
+visit("frame by frame, and started often, it is as after a jump", { hash: "t=66&pause" }, async (show) => {
+    const { read, shows, picture } = show;
+    await shows("paused");
+    const jumped = await picture();
+    await read(() => {
+        for (let frame = 4267; frame < 4400; ++frame) window.quelar.show.goTo(frame); // more and more sparks
+    });
+    assert.equal(await picture(), jumped);
+    await read(() => {
+        for (let starts = 0; starts < 300; ++starts) window.quelar.show.start(false);
+    });
+    assert.equal(await picture(), jumped);
+});
 
 const lostEarly = () => {
     const { getContext } = HTMLCanvasElement.prototype;
@@ -119,63 +93,54 @@ const lostEarly = () => {
     };
 };
 const LOST = { prepare: lostEarly, hash: "t=24.3&pause", forgiven: /CONTEXT_LOST_WEBGL/ };
-visit(
-    "lost while it loads it comes back; lost for long it says so, and saves no black",
-    LOST,
-    async (show) => {
-        const { read, shows, until, picture } = show;
-        await shows("paused");
-        await until(() => !window.quelar.drawing.isLost);
-        const returned = await picture();
-        await read(() => window.loss.loseContext());
-        await until(() => window.quelar.drawing.isLost);
-        const refused = await read(() => window.quelar.picture().catch(({ message }) => message));
-        assert.match(refused, /^There is no picture to save: [^.]+\.$/);
-        await shows("failed");
-        await read(() => window.loss.restoreContext());
-        await shows("paused");
-        assert.equal(await picture(), returned);
-    },
-);
+visit("a lost picture comes back, also while it loads, and is saved as no black", LOST, async (show) => {
+    const { page, read, shows, until, picture } = show;
+    await shows("paused");
+    await until(() => !window.quelar.drawing.isLost);
+    const returned = await picture();
+    await read(() => window.loss.loseContext());
+    await until(() => window.quelar.drawing.isLost);
+    const refused = await read(() => window.quelar.picture().catch(({ message }) => message));
+    assert.match(refused, /^There is no picture to save: [^.]+\.$/);
+    await page.waitForSelector("[data-show=failed] #retry");
+    await page.keyboard.press(" "); // plays nothing on
+    await show.ticks(3);
+    await read(() => window.loss.restoreContext());
+    await shows("paused");
+    assert.equal(await picture(), returned);
+});
 
-visit(
-    "shaders: faults in the author's words; no light strays in the glow",
-    { hash: "t=14&pause" },
-    async (show) => {
-        await show.shows("paused");
-        const put = (name, text) => show.read((...wish) => window.quelar.setShader(...wish), name, text);
-        const main = (...lines) => `void main() {\n${lines.join(";\n")};\n}`;
-        for (const [name, text, wanted] of [
-            ["pulse.ps", main("gl_FragColor = gl_FragColor(gl_Color)"), /^2: .*'gl_FragColor'/],
-            [
-                "hblur.ps",
-                `uniform sampler2D map;\n${main("gl_FragColor = texture2D(map)")}`,
-                /^3: 'texture2D'/,
-            ],
-            ["pulse.vs", main("gl_Position = ftransform()", "gl_FrontColor = gl_Colour"), /^3: .*gl_Colour/],
-            ["vblur.ps", `varying vec2 other;\n${main("gl_FragColor = other.xyxy")}`, /other/],
-            ["pulse.ps", main().padEnd(2000, "\n"), /longer than graphics cards take/],
-        ]) {
-            const [{ line, message }] = await put(name, text);
-            assert.match(`${line}: ${message}`, wanted);
-            assert.doesNotMatch(message, /show_|caught_/);
-        }
-        // all red close by, all green in the haze, nothing anywhere else
-        const halves = "gl_FragColor = gl_TexCoord[0].s < 0.255 ? vec4(1, 0, 0, 1) : vec4(0, 1, 0, 1)";
-        assert.equal(await put("pulse.ps", main("gl_FragColor = vec4(0.0)")), null);
-        assert.equal(await put("hblur.ps", main(halves)), null);
-        await writeFile(file("glow.png"), await show.png());
-        const range = (colour) => `%[fx:255*minima.${colour}] %[fx:255*maxima.${colour}] `;
-        const statistics = ["-format", range("r") + range("g") + range("b"), "info:"];
-        const { stdout } = await run("convert", [file("glow.png"), ...statistics]);
-        const [redFrom, redTo, greenFrom, greenTo, , blue] = stdout.split(" ").map(Number);
-        assert.ok(Math.min(redFrom, greenFrom) > 176 && Math.max(redTo, greenTo) < 181 && blue < 2, stdout);
-    },
-);
+visit("shaders: faults in the author's words, no stray light", { hash: "t=14&pause" }, async (show) => {
+    await show.shows("paused");
+    const put = (name, text) => show.read((...wish) => window.quelar.setShader(...wish), name, text);
+    const main = (...lines) => `void main() {\n${lines.join(";\n")};\n}`;
+    for (const [name, text, wanted] of [
+        ["pulse.ps", main("gl_FragColor = gl_FragColor(gl_Color)"), /^2: .*'gl_FragColor'/],
+        ["hblur.ps", `uniform sampler2D map;\n${main("gl_FragColor = texture2D(map)")}`, /^3: 'texture2D'/],
+        ["pulse.vs", main("gl_Position = ftransform()", "gl_FrontColor = gl_Colour"), /^3: .*gl_Colour/],
+        ["vblur.ps", `varying vec2 other;\n${main("gl_FragColor = other.xyxy")}`, /other/],
+        ["pulse.ps", main().padEnd(2000, "\n"), /longer than graphics cards take/],
+    ]) {
+        const [{ line, message }] = await put(name, text);
+        assert.match(`${line}: ${message}`, wanted);
+        assert.doesNotMatch(message, /show_|caught_/);
+    }
+    // all red close by, all green in the haze, nothing anywhere else
+    const halves = "gl_FragColor = gl_TexCoord[0].s < 0.255 ? vec4(1, 0, 0, 1) : vec4(0, 1, 0, 1)";
+    assert.equal(await put("pulse.ps", main("gl_FragColor = vec4(0.0)")), null);
+    assert.equal(await put("hblur.ps", main(halves)), null);
+    for (const moment of [0, 14]) await seek(show, moment); // also when the show starts over
+    await writeFile(file("glow.png"), await show.png());
+    const range = (colour) => `%[fx:255*minima.${colour}] %[fx:255*maxima.${colour}] `;
+    const statistics = ["-format", range("r") + range("g") + range("b"), "info:"];
+    const { stdout } = await run("convert", [file("glow.png"), ...statistics]);
+    const [redFrom, redTo, greenFrom, greenTo, , blue] = stdout.split(" ").map(Number);
+    assert.ok(Math.min(redFrom, greenFrom) > 176 && Math.max(redTo, greenTo) < 181 && blue < 2, stdout);
+});
 
 visit("a song is heard as loud as the track, and goes in rounds to its last sound", {}, async (show) => {
     const { read, follows, picture } = show;
-    await start(show);
+    await show.start();
     const gains = [];
     for (const name of ["quiet.flac", "loud.flac", "long.flac"]) {
         await play(show, name);
@@ -198,28 +163,8 @@ visit("a song is heard as loud as the track, and goes in rounds to its last soun
     await show.shows("ended");
 });
 
-visit("a sound from outside moves it until that breaks off; then its track does", {}, async (show) => {
-    const { read, until } = show;
-    await start(show);
-    await read(async () => {
-        const context = new AudioContext();
-        const tone = context.createOscillator();
-        window.outside = context.createMediaStreamDestination();
-        tone.connect(window.outside);
-        tone.start();
-        await window.quelar.listen(window.outside.stream);
-        window.quelar.addEventListener("unplugged", () => (window.unplugged = true));
-    });
-    await until(() => window.quelar.sound.live?.newest.some((sample) => Math.abs(sample) > 0.9));
-    await until(() => window.quelar.time > 0.5 && window.quelar.duration === Infinity);
-    assert.equal(await read(() => window.quelar.sounding), false);
-    await read(() => void window.outside.stream.getAudioTracks()[0].dispatchEvent(new Event("ended")));
-    await until(() => window.unplugged && !window.quelar.live && window.quelar.sounding);
-    await show.shows("playing");
-});
-
-const noPicker = () => void delete window.showSaveFilePicker;
-visit("a film has every frame as it stands, its sound in time", { prepare: noPicker }, async (show) => {
+const DOWNLOADED = { prepare: () => void delete window.showSaveFilePicker };
+visit("a film has every frame as it stands, its sound in time", DOWNLOADED, async (show) => {
     const { page, until } = show;
     const [from, to, pip] = [60.99, 61.35, 61.1]; // seconds
     await ffmpeg(`-f lavfi -i aevalsrc=gt(t\\,${pip})*sin(6000*t)/2:s=44100:d=70 pip.wav`);
@@ -231,7 +176,7 @@ visit("a film has every frame as it stands, its sound in time", { prepare: noPic
     const record = `"$0" --track pip.wav --from ${from} --to ${to} - >drawn`;
     await run("sh", ["-c", record, ours("build/bin/quelar-record")], { cwd: shared.folder });
 
-    await start(show);
+    await show.start();
     await play(show, "pip.wav");
     await show.read((text) => void window.quelar.setShader("pulse.ps", text), looked);
     await page.click("#film");
