@@ -93,6 +93,7 @@ export class FilmPanel {
             making.signal.throwIfAborted();
             const began = performance.now();
             let told = 0;
+            let first = 0; // ms, when the first frame was there
             const file = await handle?.createWritable();
             const made = await film(this.#player, {
                 ...{ size, from, to, kind, file },
@@ -100,10 +101,12 @@ export class FilmPanel {
                 onFrame: (done, all) => {
                     this.#bar.value = done / all;
                     const now = performance.now();
+                    first ||= now;
                     if (now - told < 500 && done < all) return;
                     told = now;
-                    const left = ((now - began) * (all - done)) / done / 1000;
-                    this.#says.textContent = `Frame ${done} of ${all}, ${minutes(left + 0.5)} left.`;
+                    const left = ((now - first) * (all - done)) / (done - 1) / 1000;
+                    const when = done > 1 ? `, ${minutes(left + 0.5)} left` : "";
+                    this.#says.textContent = `Frame ${done} of ${all}${when}.`;
                 },
             });
             if (made) download(made, name);

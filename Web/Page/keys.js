@@ -53,9 +53,11 @@ export function keys(player, act, goal, line) {
         [["?"], "these keys", () => list.showModal()],
     ];
     const rows = table.flatMap(([names, does]) => {
-        const shown = names.length > 2 ? [names[0], "…", names[names.length - 1]] : names;
+        const shown = names.length > 2 ? [names[0], "… ", names[names.length - 1]] : names;
         const marks = shown.map((name) =>
-            name === "…" ? name : make("kbd", {}, WRITTEN.get(name) ?? (name[1] ? name : name.toUpperCase())),
+            name === "… "
+                ? name
+                : make("kbd", {}, WRITTEN.get(name) ?? (name[1] ? name : name.toUpperCase())),
         );
         return [make("dt", {}, ...marks), make("dd", {}, does)];
     });

@@ -13,6 +13,15 @@ const REASONS = new Map([
 /** As it sounds: nothing in it is speech that a browser should clean. */
 const RAW = { echoCancellation: false, noiseSuppression: false, autoGainControl: false };
 
+/** The sound of another tab; the one in front stays this one, as far as the browser lets itself be told. */
+async function askTab() {
+    const { CaptureController } = /** @type {any} */ (window);
+    const controller = CaptureController && new CaptureController();
+    controller?.setFocusBehavior("no-focus-change");
+    const wishes = { audio: RAW, video: true, controller };
+    return navigator.mediaDevices.getDisplayMedia(wishes);
+}
+
 /**
  * The button that lets live sound move the show, until it is pressed again.
  * @param {import("../Player/Player.js").Player} player
@@ -47,9 +56,7 @@ export function listening(player) {
         makeButton("Microphone or line in", () =>
             listen(async () => navigator.mediaDevices.getUserMedia({ audio: RAW })),
         ),
-        makeButton("Another tab", () =>
-            listen(async () => navigator.mediaDevices.getDisplayMedia({ audio: RAW, video: true })),
-        ),
+        makeButton("Another tab", () => listen(askTab)),
         makeButton("Close", () => dialog.close()),
     );
     document.body.append(dialog);
