@@ -314,6 +314,8 @@ test("shader texts: seen as they are typed or saved elsewhere, marked, taken bac
         await judged("In the picture");
         const turned = await picture();
         assert.notEqual(turned, first);
+        const typed = await shown();
+        const nextTab = await page.$("[role=tab]::-p-text(hblur.vs)");
 
         // an error: its line is marked, the last good picture stays; its repair takes the mark away
         await page.keyboard.press("Enter");
@@ -322,11 +324,10 @@ test("shader texts: seen as they are typed or saved elsewhere, marked, taken bac
         await page.waitForSelector(`>>> .cm-line:nth-child(${colours + 1}) .cm-lintRange-error`);
         assert.equal(await show.text("[role=tab][data-bad]"), "pulse.ps");
         assert.equal(await picture(), turned);
-        for (let left = "\nwrong".length; left; left--) await page.keyboard.press("Backspace");
+        for (let left = "\n\twrong".length; left; left--) await page.keyboard.press("Backspace");
 
         // the text stays while another is looked at, reset, and saved elsewhere; it is taken as it is left
-        const typed = await shown();
-        await tab("hblur.vs");
+        await nextTab.evaluate((one) => one.click()); // before the pause in the typing that it is compiled in
         await judged("In the picture");
         assert.equal(await page.$("[data-bad]"), null);
         await button("Reset");
