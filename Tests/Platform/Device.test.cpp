@@ -129,7 +129,8 @@ TEST(Device, PlaysEveryFrameAndTheShowIsInStepWithTheEar) {
         expect(50);
         // It moves on in steps of 20 ms, and the show smoothly.
         for (int i = 0; i < 100; ++i) {
-            EXPECT_TRUE(i % 2 == 0 || room.hears(882, 441 * (begin / 10 + i - 1))) << i;
+            const int frames = i < 99 ? 882 : 882 - 123; // behind its end it may fade out
+            EXPECT_TRUE(i % 2 == 0 || room.hears(frames, 441 * (begin / 10 + i - 1))) << i;
             clockTime += 10000;
             const std::int64_t place = playing.getPosition() / 1000;
             EXPECT_NEAR(place, last + 10, 1) << i;

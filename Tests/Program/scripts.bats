@@ -14,7 +14,7 @@ setup() {
     command_is cmake 'folder=$5 && [[ $2 == -S ]] && : >"$folder/Makefile" &&
             echo "CMAKE_HOME_DIRECTORY:INTERNAL=$3" >"$folder/CMakeCache.txt" && echo configured >>../configured
         folder=$2 && [[ $1 == --build ]] && mkdir -p "$folder/bin" && echo "$* " >"$folder/built" &&
-            printf "#!/bin/sh\necho \"\${0##*/} in \$PWD, caches in \$XDG_CACHE_HOME: \$*\"\nexit 7\n" |
+            printf "#!/bin/sh\necho \"\${0##*/} in \$PWD, caches in \$XDG_CACHE_HOME: \$*\"\nexit \${ENDS-7}\n" |
             tee "$folder/bin/"quelar{,-play} >"$folder/bin/quelar-record" && chmod +x "$folder/bin/"*
         true'
     export DISPLAY=:9
@@ -110,10 +110,12 @@ configured() { [ "$(wc -l <../configured)" -eq "$1" ]; }
     command_is node 'echo "$PWD: $*"'
     while IFS='|' read -r arguments said; do
         echo "edited before $said" >"$top/data/shaders/pulse.ps"
-        run -0 --separate-stderr "$top/web" $arguments
+        ENDS=0 run -0 --separate-stderr "$top/web" $arguments
         [ "$output" = "$said" ]
         cmp "$top/"{data,build/web/data}/shaders/pulse.ps
     done < <(printf '%s\n' "|$PWD: $top/Web/serve.js" '--build|' "--test a.mjs|$top: --test a.mjs")
+    touch "$top/data/music/track"
+    run -1 --separate-stderr "$top/web" --build # without its still picture
     run -2 --separate-stderr "$top/web" --biuld
     [[ -z $output && $stderr == *'./web --test '* ]]
 }
