@@ -145,7 +145,6 @@ visit("one click plays picture and sound; other music starts over", { prepare: w
     await drop("high.wav");
     await says("high.wav now");
     await hears(3000);
-    assert.doesNotMatch(await read(() => window.said.join()), /long.mp3 now/);
 
     // what is no music is refused in one sentence, and the show goes on
     await drop("broken.mp3");
