@@ -378,16 +378,21 @@ visit("a hidden tab waits; full screen is left by Escape; controls go by themsel
     const { page, shows, read, time, until, opacity } = show;
     await show.start();
     await show.frames(3);
-    const other = await shared.browser.newPage();
-    await other.bringToFront();
-    await page.waitForFunction(() => document.visibilityState === "hidden", { polling: 50 });
-    assert.equal(await read(() => window.quelar.sounding), false);
-    const left = await time();
-    await read(() => new Promise((done) => setTimeout(done, 2000)));
-    assert.equal(await time(), left);
-    await page.bringToFront();
-    await other.close();
-    await shows("playing");
+    for (const before of ["playing", "paused"]) {
+        await shows(before);
+        const other = await shared.browser.newPage();
+        await other.bringToFront();
+        await page.waitForFunction(() => document.visibilityState === "hidden", { polling: 50 });
+        assert.equal(await read(() => window.quelar.sounding), false);
+        const left = await time();
+        await read(() => new Promise((done) => setTimeout(done, 1000)));
+        assert.equal(await time(), left);
+        await page.bringToFront();
+        await other.close();
+        await show.ticks(3);
+        await shows(before);
+        await page.keyboard.press("k");
+    }
 
     for (const enter of [() => page.keyboard.press("f"), () => page.click("#full")]) {
         await enter();
