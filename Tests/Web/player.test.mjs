@@ -13,7 +13,7 @@ const { shared, visit, file, ffmpeg } = shareBrowser(async () => {
     const track = "-stream_loop 2 -i data/music/quelar.mp3 -sample_fmt s16";
     await ffmpeg(`${track} -t 20 -af volume=-18dB quiet.flac`);
     await ffmpeg(`${track} -t 20 loud.flac`);
-    await ffmpeg("-f lavfi -i anullsrc -t 210 long.flac");
+    await ffmpeg("-f lavfi -i aevalsrc=between(t\\,110\\,123)*sin(600*t)/2:s=44100:d=210 long.flac");
 });
 
 const seek = ({ read }, seconds) => read((to) => window.quelar.seek(to), seconds);
@@ -154,7 +154,12 @@ visit("a song is heard as loud as the track, and goes in rounds to its last soun
     assert.equal(Math.round(await read(() => window.quelar.duration)), 210);
     const begins = await read(() => window.quelar.rounds.map((round) => round.start));
     assert.deepEqual(begins, [0, ROUND, 2 * ROUND]);
-    // the second round is the next seed's: the solids stand elsewhere, in silence too
+    // the second round hears the song go on ...
+    await seek(show, 20);
+    const first = await picture();
+    await seek(show, ROUND + 20);
+    assert.notEqual(await picture(), first);
+    // ... and is the next seed's: the solids stand elsewhere
     await seek(show, ROUND + 80);
     const second = await picture();
     await seek(show, 2 * ROUND + 2);
