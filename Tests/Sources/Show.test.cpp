@@ -138,7 +138,7 @@ TEST_F(Show, heedsSignalsUnlessTheyAreIgnored) {
         int frame = 0;
         stage.atSwap = [&] {
             stage.keys[SDLK_ESCAPE] = ++frame == 5 ? 1 : 0;
-            frame == 3 ? raise(first) + raise(request) : 0;
+            EXPECT_EQ(frame == 3 ? raise(first) + raise(request) : 0, 0);
         };
         std::exit(host::playShow() == 0 && frame == wanted && testing::Matches(ENDS)(out()) ? 0 : 1);
     };
